@@ -1,0 +1,17 @@
+// Text across the platform's narrow (...A) functions: UTF-16 to the system's ANSI code page
+// for the call and back after it. A character the code page lacks does not survive.
+#pragma once
+#include "Types.h"
+
+#include <string>
+
+namespace orbex {
+
+std::string ToAnsi(const String& text);
+String FromAnsi(const std::string& text);
+String FromAnsi(const char* text, std::size_t length);
+
+// The text as it comes back from a round trip through the code page.
+String AnsiRoundTrip(const String& text);
+
+}  // namespace orbex
