@@ -14,7 +14,8 @@ String ToText(const Variant& value);
 bool IsNumeric(const Variant& value);
 
 // Conversions to a number. A String is read as a number (13 when it isn't one), fractions
-// round with ties to even, overflow raises 6, Null raises 94, anything else raises 13.
+// round with ties to even, a Date is its day count, overflow raises 6, Null raises 94,
+// anything else (arrays, objects, error values) raises 13.
 Long ToLong(const Variant& value);
 Currency ToCurrency(const Variant& value);
 double ToDouble(const Variant& value);

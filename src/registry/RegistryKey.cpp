@@ -1,21 +1,13 @@
 #include "RegistryKey.h"
 
+#include "KeyHandles.h"
+
 #include "frame/Ansi.h"
 #include "frame/FunctionLib.h"
 #include "platform/Api.h"
 
 namespace orbex {
 namespace {
-
-// Key handles and root constants are held as 32-bit Longs; the platform takes them
-// pointer-sized, sign-extended, which is how 64-bit Windows spells the root constants too.
-platform::Handle ToPlatform(Long handle) {
-    return static_cast<platform::Handle>(handle);
-}
-
-bool IsRootConstant(Long handle) {
-    return handle >= vqClassesRoot && handle <= vqDynData;
-}
 
 const wchar_t* RootNameText(Long root) {
     switch (root) {

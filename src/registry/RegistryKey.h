@@ -4,6 +4,9 @@
 #pragma once
 #include "RegistryErrors.h"
 #include "frame/Types.h"
+#include "frame/Variant.h"
+
+#include <memory>
 
 namespace orbex {
 
@@ -18,6 +21,16 @@ enum vqRegKeys : Long {
     vqDynData = static_cast<Long>(0x80000006),
 };
 
+// The value types a key stores, each the platform's type number.
+enum vqRegValueType : Long {
+    vqString = 1,
+    vqExpandedString = 2,
+    vqBinary = 3,
+    vqDWORD = 4,
+    vqMultiString = 7,
+    vqQWORD = 11,
+};
+
 class RegistryKey {
 public:
     RegistryKey();
@@ -25,6 +38,7 @@ public:
     RegistryKey(const RegistryKey&) = delete;
     RegistryKey& operator=(const RegistryKey&) = delete;
 
+    // The key itself
     String MachineName() const;
     Long ValueCount();
     Long SubKeyCount();
@@ -33,6 +47,36 @@ public:
     Boolean AutoFlush() const;
     void CloseKey();
     void Flush();
+
+    // Opening and creating sub-keys; nullptr is the empty reference.
+    std::unique_ptr<RegistryKey> OpenSubKey(const String& name = L"", Boolean writeable = False);
+    std::unique_ptr<RegistryKey> CreateSubKey(const String& name);
+    bool SubKeyExists(const String& name);
+    std::unique_ptr<RegistryKey> OpenRemoteBaseKey(Long rootKey, const String& machineName);
+
+    // Listing: bounds -1 to -1 with one "" element when there is nothing to list.
+    StringArray GetSubKeyNames();
+    StringArray GetValueNames();
+
+    // Deleting
+    void DeleteSubKey(const String& name, Boolean errorOnMissingSubKey = False);
+    void DeleteSubKeyTree(const String& name, Boolean errorOnMissingSubKey = False);
+    void DeleteValue(const String& name, Boolean errorOnMissingSubKey = False);
+
+    // Reading and writing values
+    bool HasDefaultValue();
+    Variant GetValue(const String& name, const Variant& defaultValue = String(), Boolean expandVariables = True);
+    Variant GetValueEx(const String& name, Long& dataType, const Variant& defaultValue = String(),
+                       Boolean expandVariables = True);
+    void SetValue(const String& name, const Variant& value, Long valueType = vqString);
+
+    // Copying and renaming; the receiver is the source. A null destination is the empty reference.
+    std::unique_ptr<RegistryKey> RenameSubKey(const String& name);
+    std::unique_ptr<RegistryKey> CopySubKey(const String& name);
+    RegistryKey* CopySubKeyEx(RegistryKey* destination);
+    void CopyValues(RegistryKey* destination);
+    void CopyValue(const String& name, RegistryKey* destination);
+    void RenameValue(const String& oldName, const String& newName);
 
     // For RegLib and the members that create, open or move keys.
     void SetRootKey(Long value);
@@ -53,6 +97,12 @@ private:
     static constexpr Long NoHandle = -1;
 
     Long QueryCount(bool values);
+
+    // Opening: run on a new key whose machine name, root and path are set.
+    bool ConnectAndOpen(bool writeable, bool create);
+    bool ConnectRoot(const String& machineName);
+    // A new key below this one by the naming rule of OpenSubKey and CreateSubKey.
+    std::unique_ptr<RegistryKey> NewSubKey(const String& name) const;
 
     Boolean autoFlush_ = False;
     Boolean modified_ = False;

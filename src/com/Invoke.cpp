@@ -1,0 +1,256 @@
+#include "Invoke.h"
+
+#include <cstring>
+#include <vector>
+
+namespace orbex::com {
+namespace {
+
+// Where a member's value lives inside a VARIANT: the union after the type word.
+void* payload(VARIANT* value) { return &V_UI1(value); }
+
+const VARIANT* dereference(const VARIANT* value) {
+    while (V_VT(value) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(value)) value = V_VARIANTREF(value);
+    return value;
+}
+
+bool isMissing(const VARIANT* value) {
+    return V_VT(value) == VT_ERROR && V_ERROR(value) == DISP_E_PARAMNOTFOUND;
+}
+
+// A script's Variant() array, or a String() array, as a String() array with the same bounds.
+HRESULT toStringArray(const VARIANT* source, VARIANT* target) {
+    const VARTYPE type = V_VT(source);
+    if ((type & ~VT_BYREF) == (VT_ARRAY | VT_BSTR)) {
+        SAFEARRAY* array = (type & VT_BYREF) ? *V_ARRAYREF(source) : V_ARRAY(source);
+        V_VT(target) = VT_ARRAY | VT_BSTR;
+        V_ARRAY(target) = nullptr;
+        return array ? SafeArrayCopy(array, &V_ARRAY(target)) : S_OK;
+    }
+    if ((type & ~VT_BYREF) != (VT_ARRAY | VT_VARIANT)) return DISP_E_TYPEMISMATCH;
+    SAFEARRAY* array = (type & VT_BYREF) ? *V_ARRAYREF(source) : V_ARRAY(source);
+    V_VT(target) = VT_ARRAY | VT_BSTR;
+    V_ARRAY(target) = nullptr;
+    if (!array) return S_OK;
+    if (SafeArrayGetDim(array) != 1) return DISP_E_TYPEMISMATCH;
+    LONG lower = 0, upper = -1;
+    SafeArrayGetLBound(array, 1, &lower);
+    SafeArrayGetUBound(array, 1, &upper);
+    SAFEARRAYBOUND bound{static_cast<ULONG>(upper - lower + 1), lower};
+    UniqueSafeArray converted(SafeArrayCreate(VT_BSTR, 1, &bound));
+    if (!converted) return E_OUTOFMEMORY;
+    for (LONG index = lower; index <= upper; ++index) {
+        VARIANT* element = nullptr;
+        HRESULT hr = SafeArrayPtrOfIndex(array, &index, reinterpret_cast<void**>(&element));
+        if (FAILED(hr)) return hr;
+        UniqueVariant text;
+        hr = VariantChangeType(text.get(), element, 0, VT_BSTR);
+        if (FAILED(hr)) return hr;
+        hr = SafeArrayPutElement(converted.get(), &index, V_BSTR(text.get()));
+        if (FAILED(hr)) return hr;
+    }
+    V_ARRAY(target) = converted.release();
+    return S_OK;
+}
+
+// An object argument as the declared interface; Nothing and Empty pass as a null pointer.
+HRESULT toInterface(const VARIANT* source, const IID& interfaceId, VARIANT* target) {
+    V_VT(target) = VT_DISPATCH;
+    V_DISPATCH(target) = nullptr;
+    IUnknown* object = nullptr;
+    switch (V_VT(source)) {
+    case VT_EMPTY: return S_OK;
+    case VT_DISPATCH: object = V_DISPATCH(source); break;
+    case VT_UNKNOWN: object = V_UNKNOWN(source); break;
+    case VT_BYREF | VT_DISPATCH: object = *V_DISPATCHREF(source); break;
+    case VT_BYREF | VT_UNKNOWN: object = *V_UNKNOWNREF(source); break;
+    default: return DISP_E_TYPEMISMATCH;
+    }
+    if (!object) return S_OK;
+    return object->QueryInterface(interfaceId, reinterpret_cast<void**>(&V_DISPATCH(target))) == S_OK
+               ? S_OK
+               : DISP_E_TYPEMISMATCH;
+}
+
+// The argument converted to the parameter's declared type, into `target`.
+HRESULT convert(const VARIANT* source, const ParameterInfo& parameter, VARIANT* target) {
+    source = dereference(source);
+    if (parameter.type == VT_VARIANT) return VariantCopyInd(target, const_cast<VARIANT*>(source));
+    if (parameter.type == VT_DISPATCH) return toInterface(source, parameter.interfaceId, target);
+    if (parameter.type == (VT_ARRAY | VT_BSTR)) return toStringArray(source, target);
+    return VariantChangeType(target, const_cast<VARIANT*>(source), 0, parameter.type);
+}
+
+// A missing argument: the declared default, or "missing" for an optional Variant.
+HRESULT fillMissing(const ParameterInfo& parameter, VARIANT* target) {
+    if (parameter.hasDefault) return convert(&parameter.defaultValue, parameter, target);
+    if (!parameter.optional) return DISP_E_PARAMNOTOPTIONAL;
+    if (parameter.type == VT_VARIANT) {
+        V_VT(target) = VT_ERROR;
+        V_ERROR(target) = DISP_E_PARAMNOTFOUND;
+        return S_OK;
+    }
+    V_VT(target) = parameter.type;  // zero value of the declared type
+    return S_OK;
+}
+
+// Writes a by-reference result back into the caller's variable.
+void writeBack(VARIANT* callerArgument, VARIANT* value) {
+    if (V_VT(callerArgument) == (VT_BYREF | VT_VARIANT)) {
+        VARIANT* variable = V_VARIANTREF(callerArgument);
+        if (variable && !(V_VT(value) & VT_ARRAY)) {
+            VariantClear(variable);
+            *variable = *value;  // moves ownership
+            V_VT(value) = VT_EMPTY;
+        }
+    }
+}
+
+struct Call {
+    const MemberInfo& member;
+    DISPPARAMS& parameters;
+    std::vector<VARIANT> values;      // each argument in its declared type, owned
+    std::vector<VARIANT> arguments;   // what the vtable call receives: a value or a pointer
+    std::vector<VARIANTARG*> pointers;
+    std::vector<VARTYPE> types;
+    std::vector<VARIANT*> callerArguments;  // the caller's argument per parameter, or nullptr
+    std::vector<bool> passThrough;    // the caller's own typed reference went through unchanged
+
+    Call(const MemberInfo& m, DISPPARAMS& p) : member(m), parameters(p) {
+        const size_t count = m.parameters.size() + (m.hasResult ? 1 : 0);
+        values.assign(count, VARIANT{});
+        arguments.assign(count, VARIANT{});
+        pointers.resize(count);
+        types.resize(count);
+        callerArguments.assign(m.parameters.size(), nullptr);
+        passThrough.assign(m.parameters.size(), false);
+    }
+    ~Call() {
+        for (size_t i = 0; i < values.size(); ++i)
+            if (i >= passThrough.size() || !passThrough[i]) VariantClear(&values[i]);
+    }
+
+    // Matches the caller's positional and named arguments to parameters.
+    HRESULT match(UINT* argumentError) {
+        const UINT named = parameters.cNamedArgs;
+        const UINT total = parameters.cArgs;
+        const UINT positional = total - named;
+        const size_t count = member.parameters.size();
+        const bool put = member.kind == INVOKE_PROPERTYPUT || member.kind == INVOKE_PROPERTYPUTREF;
+        if (positional > count) return DISP_E_BADPARAMCOUNT;
+        for (UINT i = 0; i < positional; ++i) callerArguments[i] = &parameters.rgvarg[total - 1 - i];
+        for (UINT j = 0; j < named; ++j) {
+            const DISPID id = parameters.rgdispidNamedArgs[j];
+            const size_t index = id == DISPID_PROPERTYPUT && put ? count - 1 : static_cast<size_t>(id);
+            if ((id < 0 && !(id == DISPID_PROPERTYPUT && put)) || index >= count || callerArguments[index]) {
+                if (argumentError) *argumentError = j;
+                return DISP_E_PARAMNOTFOUND;
+            }
+            callerArguments[index] = &parameters.rgvarg[j];
+        }
+        // A put without the named value takes its last positional argument as the value.
+        if (put && named == 0 && positional > 0 && positional < count) {
+            std::swap(callerArguments[positional - 1], callerArguments[count - 1]);
+        }
+        return S_OK;
+    }
+
+    HRESULT prepare(UINT* argumentError) {
+        for (size_t i = 0; i < member.parameters.size(); ++i) {
+            const ParameterInfo& parameter = member.parameters[i];
+            VARIANT* caller = callerArguments[i];
+            VARIANT& value = values[i];
+            HRESULT hr;
+            if (caller && parameter.byReference && parameter.type != VT_VARIANT &&
+                V_VT(caller) == (VT_BYREF | parameter.type)) {
+                // The caller's own typed variable: the member works on it in place.
+                passThrough[i] = true;
+                V_VT(&value) = V_VT(caller);
+                V_BYREF(&value) = V_BYREF(caller);
+                hr = S_OK;
+            } else {
+                hr = caller && !isMissing(dereference(caller)) ? convert(caller, parameter, &value)
+                                                                : fillMissing(parameter, &value);
+            }
+            if (FAILED(hr)) {
+                if (argumentError) *argumentError = positionOf(caller);
+                return hr;
+            }
+            VARIANT& argument = arguments[i];
+            if (passThrough[i]) {
+                argument = value;
+                types[i] = V_VT(&value);
+            } else if (parameter.byReference) {
+                V_VT(&argument) = VT_BYREF | parameter.type;
+                V_BYREF(&argument) = parameter.type == VT_VARIANT ? static_cast<void*>(&value) : payload(&value);
+                types[i] = V_VT(&argument);
+            } else {
+                argument = value;
+                types[i] = parameter.type;
+            }
+            pointers[i] = &argument;
+        }
+        if (member.hasResult) {
+            const size_t last = values.size() - 1;
+            V_VT(&values[last]) = member.result.type;
+            VARIANT& argument = arguments[last];
+            V_VT(&argument) = VT_BYREF | member.result.type;
+            V_BYREF(&argument) = member.result.type == VT_VARIANT ? static_cast<void*>(&values[last])
+                                                                  : payload(&values[last]);
+            types[last] = V_VT(&argument);
+            pointers[last] = &argument;
+        }
+        return S_OK;
+    }
+
+    UINT positionOf(const VARIANT* caller) const {
+        return caller ? static_cast<UINT>(caller - parameters.rgvarg) : 0;
+    }
+};
+
+void fillException(HRESULT failure, EXCEPINFO* exception) {
+    std::memset(exception, 0, sizeof *exception);
+    exception->scode = failure;
+    ComPtr<IErrorInfo> info;
+    if (GetErrorInfo(0, info.put()) == S_OK && info) {
+        info->GetSource(&exception->bstrSource);
+        info->GetDescription(&exception->bstrDescription);
+    }
+}
+
+}  // namespace
+
+HRESULT InvokeMember(const DispatchTable& table, void* self, DISPID id, WORD flags, DISPPARAMS* parameters,
+                     VARIANT* result, EXCEPINFO* exception, UINT* argumentError) {
+    const MemberInfo* member = table.find(id, flags);
+    if (!member) return DISP_E_MEMBERNOTFOUND;
+    DISPPARAMS none{nullptr, nullptr, 0, 0};
+    Call call(*member, parameters ? *parameters : none);
+    HRESULT hr = call.match(argumentError);
+    if (SUCCEEDED(hr)) hr = call.prepare(argumentError);
+    if (FAILED(hr)) return hr;
+
+    VARIANT returned;
+    VariantInit(&returned);
+    hr = DispCallFunc(self, member->vtableOffset, CC_STDCALL, VT_ERROR, static_cast<UINT>(call.pointers.size()),
+                      call.types.data(), call.pointers.data(), &returned);
+    if (FAILED(hr)) return hr;
+    hr = V_ERROR(&returned);
+    if (FAILED(hr)) {
+        if (!exception) return hr;
+        fillException(hr, exception);
+        return DISP_E_EXCEPTION;
+    }
+    for (size_t i = 0; i < member->parameters.size(); ++i) {
+        if (member->parameters[i].byReference && !call.passThrough[i] && call.callerArguments[i])
+            writeBack(call.callerArguments[i], &call.values[i]);
+    }
+    if (member->hasResult && result) {
+        VariantClear(result);
+        *result = call.values.back();
+        V_VT(&call.values.back()) = VT_EMPTY;
+    }
+    return S_OK;
+}
+
+}  // namespace orbex::com

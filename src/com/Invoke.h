@@ -1,0 +1,13 @@
+// IDispatch::Invoke for every class, driven by the dispatch table instead of the stock
+// type-info invoke: a script passes its variables as VT_BYREF|VT_VARIANT and literals by value,
+// and both forms are accepted for every parameter, converted as Automation converts, and a
+// by-reference result is written back into the caller's variable.
+#pragma once
+#include "TypeLibrary.h"
+
+namespace orbex::com {
+
+HRESULT InvokeMember(const DispatchTable& table, void* self, DISPID id, WORD flags, DISPPARAMS* parameters,
+                     VARIANT* result, EXCEPINFO* exception, UINT* argumentError);
+
+}  // namespace orbex::com

@@ -1,0 +1,19 @@
+// What the module knows about itself: its instance, its path, and the live objects and locks
+// that decide whether it may be unloaded.
+#pragma once
+#include <windows.h>
+
+#include <string>
+
+namespace orbex::com {
+
+void SetModuleInstance(HINSTANCE instance);  // from DllMain
+HINSTANCE ModuleInstance();
+std::wstring ModulePath();
+
+void ObjectCreated();
+void ObjectDestroyed();
+void LockModule(bool lock);
+bool CanUnloadModule();
+
+}  // namespace orbex::com

@@ -1,0 +1,21 @@
+// Conversions between the Automation types a client passes and the frame's value types. Every
+// allocation failure throws std::bad_alloc, which the adapter's guard turns into E_OUTOFMEMORY.
+#pragma once
+#include "ComResources.h"
+#include "frame/Variant.h"
+
+namespace orbex::com {
+
+String ToString(BSTR text);
+BSTR ToBstr(const String& text);
+
+Variant ToValue(const VARIANT& value);
+void ToVariant(const Variant& value, VARIANT* out);  // `out` must be empty or initialised
+
+StringArray ToStringArray(SAFEARRAY* array);
+SAFEARRAY* ToSafeArray(const StringArray& array);
+
+inline Currency ToCurrency(CY value) { return Currency{value.int64}; }
+inline CY ToCy(Currency value) { CY cy; cy.int64 = value.scaled; return cy; }
+
+}  // namespace orbex::com
