@@ -22,13 +22,15 @@ inline void DeleteKeyTree(platform::Handle parent, const std::string& path) {
     const auto& real = platform::realApi();
     platform::Handle key = 0;
     if (real.RegOpenKeyExA(parent, path.c_str(), 0, KeyAllAccess, &key) != 0) return;
-    for (;;) {
+    // Always the first child, until none is left or one can't be removed.
+    for (std::string previous;;) {
         char name[256] = {};
         platform::Dword length = sizeof name;
         if (real.RegEnumKeyExA(key, 0, name, &length, nullptr, nullptr, nullptr, nullptr) != 0) break;
         const std::string child(name, length);
+        if (child == previous) break;
         DeleteKeyTree(key, child);
-        if (real.RegDeleteKeyA(key, child.c_str()) != 0) break;  // don't loop on a stuck key
+        previous = child;
     }
     real.RegCloseKey(key);
     real.RegDeleteKeyA(parent, path.c_str());
