@@ -1,25 +1,41 @@
-// The ScreenInfo adapter. Its members answer E_NOTIMPL until the class behind them is built.
+// The ScreenInfo adapter: every read asks the platform again.
 #include "Adapters.h"
 #include "DispatchObject.h"
-#include "Orbex_h.h"
+#include "SystemAdapters.h"
+#include "Values.h"
 
 namespace orbex::com {
 namespace {
 
 class ScreenInfoAdapter final : public DispatchObject<_ScreenInfo, IID__ScreenInfo> {
 public:
-    STDMETHODIMP get_HorizontalResolution(short *) override { return E_NOTIMPL; }
-    STDMETHODIMP get_VerticalResolution(short *) override { return E_NOTIMPL; }
-    STDMETHODIMP get_ColorDepth(short *) override { return E_NOTIMPL; }
-    STDMETHODIMP get_VerticalRefreshRate(short *) override { return E_NOTIMPL; }
-    STDMETHODIMP get_FullScreenLeft(short *) override { return E_NOTIMPL; }
-    STDMETHODIMP get_FullScreenTop(short *) override { return E_NOTIMPL; }
-    STDMETHODIMP get_FullScreenRight(short *) override { return E_NOTIMPL; }
-    STDMETHODIMP get_FullScreenBottom(short *) override { return E_NOTIMPL; }
+    ScreenInfoAdapter() : ScreenInfoAdapter(std::make_unique<ScreenInfo>()) {}
+    explicit ScreenInfoAdapter(std::unique_ptr<ScreenInfo> info) : info_(std::move(info)) {}
+
+    STDMETHODIMP get_HorizontalResolution(short* result) override { return Figure(&ScreenInfo::HorizontalResolution, result); }
+    STDMETHODIMP get_VerticalResolution(short* result) override { return Figure(&ScreenInfo::VerticalResolution, result); }
+    STDMETHODIMP get_ColorDepth(short* result) override { return Figure(&ScreenInfo::ColorDepth, result); }
+    STDMETHODIMP get_VerticalRefreshRate(short* result) override { return Figure(&ScreenInfo::VerticalRefreshRate, result); }
+    STDMETHODIMP get_FullScreenLeft(short* result) override { return Figure(&ScreenInfo::FullScreenLeft, result); }
+    STDMETHODIMP get_FullScreenTop(short* result) override { return Figure(&ScreenInfo::FullScreenTop, result); }
+    STDMETHODIMP get_FullScreenRight(short* result) override { return Figure(&ScreenInfo::FullScreenRight, result); }
+    STDMETHODIMP get_FullScreenBottom(short* result) override { return Figure(&ScreenInfo::FullScreenBottom, result); }
+
+private:
+    HRESULT Figure(Integer (ScreenInfo::*figure)() const, short* result) {
+        return Out(result, [&] { return static_cast<short>(((*info_).*figure)()); });
+    }
+
+    std::unique_ptr<ScreenInfo> info_;
 };
 
 }  // namespace
 
 HRESULT CreateScreenInfo(REFIID riid, void** object) { return CreateAdapter<ScreenInfoAdapter>(riid, object); }
+
+_ScreenInfo* WrapScreenInfo(std::unique_ptr<ScreenInfo> info) {
+    if (!info) return nullptr;
+    return new ScreenInfoAdapter(std::move(info));
+}
 
 }  // namespace orbex::com
