@@ -103,6 +103,13 @@ private:
     bool ConnectRoot(const String& machineName);
     // A new key below this one by the naming rule of OpenSubKey and CreateSubKey.
     std::unique_ptr<RegistryKey> NewSubKey(const String& name) const;
+    // Opening
+    // A connection handle this key put into RootKey; closed once, when the key goes away.
+    struct OwnedConnection {
+        Long handle = NoHandle;
+        ~OwnedConnection();
+    };
+    OwnedConnection connection_;
 
     Boolean autoFlush_ = False;
     Boolean modified_ = False;
