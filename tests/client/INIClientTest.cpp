@@ -1,0 +1,165 @@
+// INI files as a C++ client meets them: String() lists with their bounds, WriteSection taking
+// an array by reference, and a failure with Number 0, through the vtable and through IDispatch.
+#include "ClientSupport.h"
+
+#include <string>
+#include <vector>
+
+namespace orbex::client {
+namespace {
+
+constexpr HRESULT kNumberZero = static_cast<HRESULT>(0x800A0000);
+constexpr HRESULT kSubscriptOutOfRange = static_cast<HRESULT>(0x800A0009);
+
+// An array's bounds and elements as one value; the array is destroyed.
+struct Listing {
+    LONG lower = 0, upper = 0;
+    std::vector<std::wstring> items;
+    bool operator==(const Listing&) const = default;
+};
+
+void PrintTo(const Listing& listing, std::ostream* out) {
+    *out << "(" << listing.lower << " to " << listing.upper << ")";
+    for (const std::wstring& item : listing.items) *out << " " << ::testing::PrintToString(item);
+}
+
+Listing Take(SAFEARRAY* array) {
+    Listing listing;
+    VARTYPE type = VT_EMPTY;
+    SafeArrayGetVartype(array, &type);
+    EXPECT_EQ(type, VT_BSTR);
+    SafeArrayGetLBound(array, 1, &listing.lower);
+    SafeArrayGetUBound(array, 1, &listing.upper);
+    BSTR* data = nullptr;
+    SafeArrayAccessData(array, reinterpret_cast<void**>(&data));
+    for (LONG i = 0; i <= listing.upper - listing.lower; ++i) listing.items.push_back(Text(data[i]));
+    SafeArrayUnaccessData(array);
+    SafeArrayDestroy(array);
+    return listing;
+}
+
+class INIClient : public ::testing::Test {
+protected:
+    void SetUp() override {
+        wchar_t temp[MAX_PATH] = {};
+        GetTempPathW(MAX_PATH, temp);
+        file_ = std::wstring(temp) + L"OrbexClient" + std::to_wstring(GetCurrentProcessId()) + L".ini";
+        ASSERT_EQ(CoCreateInstance(CLSID_INILib, nullptr, CLSCTX_INPROC_SERVER, IID__INILib,
+                                   reinterpret_cast<void**>(ini_.put())), S_OK);
+        BSTR name = SysAllocString(file_.c_str());
+        ASSERT_EQ(ini_->put_Filename(name), S_OK);
+        SysFreeString(name);
+    }
+    void TearDown() override {
+        SysFreeString(none_);
+        SysFreeString(section_);
+        DeleteFileW(file_.c_str());
+    }
+
+    // GetSectionNames, GetSectionKeys and GetSection of section s, in that order.
+    std::vector<Listing> Lists() {
+        SAFEARRAY *names = nullptr, *keys = nullptr, *lines = nullptr;
+        EXPECT_EQ(ini_->GetSectionNames(none_, &names), S_OK);
+        EXPECT_EQ(ini_->GetSectionKeys(section_, none_, &keys), S_OK);
+        EXPECT_EQ(ini_->GetSection(section_, none_, &lines), S_OK);
+        return {Take(names), Take(keys), Take(lines)};
+    }
+
+    std::wstring file_;
+    Ref<_INILib> ini_;
+    BSTR none_ = SysAllocString(L"");
+    BSTR section_ = SysAllocString(L"s");
+};
+
+TEST_F(INIClient, ListsAndWriteSectionThroughTheVtable) {
+    const Listing empty{0, -1, {}};
+    EXPECT_EQ(Lists(), (std::vector<Listing>{empty, empty, empty}));
+
+    SAFEARRAYBOUND bound{2, 2};
+    SAFEARRAY* lines = SafeArrayCreate(VT_BSTR, 1, &bound);
+    BSTR* data = nullptr;
+    SafeArrayAccessData(lines, reinterpret_cast<void**>(&data));
+    data[0] = SysAllocString(L"a=1");
+    data[1] = SysAllocString(L"b=two");
+    SafeArrayUnaccessData(lines);
+    SAFEARRAY* passed = lines;
+    ASSERT_EQ(ini_->WriteSection(section_, &passed, none_), S_OK);
+    EXPECT_EQ(passed, lines);
+    EXPECT_EQ(Take(lines), (Listing{2, 3, {L"a=1", L"b=two"}}));  // left as it was
+    const std::vector<Listing> written{{0, 0, {L"s"}}, {0, 1, {L"a", L"b"}}, {0, 1, {L"a=1", L"b=two"}}};
+    EXPECT_EQ(Lists(), written);
+
+    // What GetSection gives, WriteSection takes back.
+    SAFEARRAY* read = nullptr;
+    ASSERT_EQ(ini_->GetSection(section_, none_, &read), S_OK);
+    ASSERT_EQ(ini_->WriteSection(section_, &read, none_), S_OK);
+    SafeArrayDestroy(read);
+    EXPECT_EQ(Lists(), written);
+
+    // An array variable without storage.
+    SAFEARRAY* nothing = nullptr;
+    EXPECT_EQ(ini_->WriteSection(section_, &nothing, none_), kSubscriptOutOfRange);
+    EXPECT_EQ(Lists(), written);
+}
+
+TEST_F(INIClient, ScriptArraysAndVariablesThroughIDispatch) {
+    // Array("k=v", "n=7") from a script, passed by reference: taken as a String() array and
+    // left in the caller's variable as it was.
+    Variant lines, ignored, section, read;
+    SAFEARRAYBOUND bound{2, 0};
+    V_VT(&lines) = VT_ARRAY | VT_VARIANT;
+    V_ARRAY(&lines) = SafeArrayCreate(VT_VARIANT, 1, &bound);
+    VARIANT* data = nullptr;
+    SafeArrayAccessData(V_ARRAY(&lines), reinterpret_cast<void**>(&data));
+    data[0] = Bstr(L"k=v");
+    data[1] = Bstr(L"n=7");
+    SafeArrayUnaccessData(V_ARRAY(&lines));
+    V_VT(&section) = VT_BSTR, V_BSTR(&section) = SysAllocString(L"script");
+    ASSERT_EQ(Call(ini_.get(), L"WriteSection", DISPATCH_METHOD, {section, ByRef(&lines)}, &ignored), S_OK);
+    EXPECT_EQ(V_VT(&lines), VT_ARRAY | VT_VARIANT);
+    ASSERT_EQ(Call(ini_.get(), L"GetSection", DISPATCH_METHOD, {section}, &read), S_OK);
+    ASSERT_EQ(V_VT(&read), VT_ARRAY | VT_BSTR);
+    EXPECT_EQ(Take(V_ARRAY(&read)), (Listing{0, 1, {L"k=v", L"n=7"}}));
+    V_VT(&read) = VT_EMPTY;
+
+    // Default comes back into the caller's variable as it crossed the code page.
+    Variant key, fallback, value;
+    V_VT(&key) = VT_BSTR, V_BSTR(&key) = SysAllocString(L"missing");
+    V_VT(&fallback) = VT_BSTR, V_BSTR(&fallback) = SysAllocString(L"x\u4E2D");
+    ASSERT_EQ(Call(ini_.get(), L"GetStringValue", DISPATCH_METHOD, {section, key, ByRef(&fallback)}, &value), S_OK);
+    ASSERT_EQ(V_VT(&fallback), VT_BSTR);
+    EXPECT_EQ(Text(V_BSTR(&fallback)), L"x?");
+    EXPECT_EQ(Text(V_BSTR(&value)), L"x?");
+}
+
+TEST_F(INIClient, FailureCarriesNumberZeroWithSourceAndDescription) {
+    BSTR key = SysAllocString(L"k");
+    Variant minusOne;
+    V_VT(&minusOne) = VT_I4, V_I4(&minusOne) = -1;
+    ASSERT_EQ(ini_->WriteValue(section_, key, minusOne, none_), S_OK);
+
+    LONG defaultValue = 0, result = 5;
+    EXPECT_EQ(ini_->GetNumericValue(section_, key, &defaultValue, none_, &result), kNumberZero);
+    EXPECT_EQ(result, 0);
+    Ref<IErrorInfo> info;
+    ASSERT_EQ(GetErrorInfo(0, info.put()), S_OK);
+    BSTR source = nullptr;
+    info->GetSource(&source);
+    EXPECT_EQ(Text(source), L"INILib:GetNumericValue");
+    SysFreeString(source);
+
+    Variant section, name, value;
+    V_VT(&section) = VT_BSTR, V_BSTR(&section) = SysAllocString(L"s");
+    V_VT(&name) = VT_BSTR, V_BSTR(&name) = key;
+    EXCEPINFO exception{};
+    EXPECT_EQ(Call(ini_.get(), L"GetNumericValue", DISPATCH_METHOD, {section, name}, &value, &exception),
+              DISP_E_EXCEPTION);
+    EXPECT_EQ(exception.scode, kNumberZero);
+    EXPECT_EQ(Text(exception.bstrSource), L"INILib:GetNumericValue");
+    EXPECT_EQ(Text(exception.bstrDescription), L"Error retrieving INI value.");
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
+}
+
+}  // namespace
+}  // namespace orbex::client
