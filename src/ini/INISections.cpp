@@ -51,8 +51,11 @@ StringArray INILib::GetSectionKeys(const String& Section, const String& INIFile)
 }
 
 // Its failure names GetStringSection, not the member: clients match on that Source as it is.
+// A buffer of size 0 holds no list, and the platform isn't asked: Wine's GetPrivateProfileSectionA
+// writes two bytes at (size - 2) whatever the size, which for 0 is outside any buffer.
 StringArray INILib::GetSection(const String& Section, const String& INIFile) {
     const std::string file = ToAnsi(FileFor(INIFile));
+    if (bufferSize_ == 0) return StringArray{};
     const std::string section = ToAnsi(Section);
     return ReadList(bufferSize_, L"INILib:GetStringSection", L"Error retrieving INI section.",
                     [&](char* buffer, platform::Dword size) {
