@@ -48,30 +48,102 @@ public:
     STDMETHODIMP CloseKey() override {
         return Guard([&] { key_->CloseKey(); });
     }
-    STDMETHODIMP OpenSubKey(BSTR, VARIANT_BOOL, _RegistryKey**) override { return E_NOTIMPL; }
-    STDMETHODIMP CreateSubKey(BSTR, _RegistryKey**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetSubKeyNames(SAFEARRAY**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetValueNames(SAFEARRAY**) override { return E_NOTIMPL; }
+    STDMETHODIMP OpenSubKey(BSTR name, VARIANT_BOOL writeable, _RegistryKey** result) override {
+        return Out(result, [&] { return WrapRegistryKey(key_->OpenSubKey(ToString(name), writeable)); });
+    }
+    STDMETHODIMP CreateSubKey(BSTR name, _RegistryKey** result) override {
+        return Out(result, [&] { return WrapRegistryKey(key_->CreateSubKey(ToString(name))); });
+    }
+    STDMETHODIMP GetSubKeyNames(SAFEARRAY** result) override {
+        return Out(result, [&] { return ToSafeArray(key_->GetSubKeyNames()); });
+    }
+    STDMETHODIMP GetValueNames(SAFEARRAY** result) override {
+        return Out(result, [&] { return ToSafeArray(key_->GetValueNames()); });
+    }
     STDMETHODIMP Flush() override {
         return Guard([&] { key_->Flush(); });
     }
-    STDMETHODIMP SubKeyExists(BSTR, VARIANT_BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP DeleteSubKey(BSTR, VARIANT_BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP DeleteSubKeyTree(BSTR, VARIANT_BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP DeleteValue(BSTR, VARIANT_BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP HasDefaultValue(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetValue(BSTR, VARIANT, VARIANT_BOOL, VARIANT*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetValueEx(BSTR, LONG*, VARIANT, VARIANT_BOOL, VARIANT*) override { return E_NOTIMPL; }
-    STDMETHODIMP SetValue(BSTR, VARIANT, ::vqRegValueType) override { return E_NOTIMPL; }
-    STDMETHODIMP OpenRemoteBaseKey(::vqRegKeys, BSTR, _RegistryKey**) override { return E_NOTIMPL; }
-    STDMETHODIMP RenameSubKey(BSTR, _RegistryKey**) override { return E_NOTIMPL; }
-    STDMETHODIMP CopySubKey(BSTR, _RegistryKey**) override { return E_NOTIMPL; }
-    STDMETHODIMP CopySubKeyEx(_RegistryKey**, _RegistryKey**) override { return E_NOTIMPL; }
-    STDMETHODIMP CopyValues(_RegistryKey**) override { return E_NOTIMPL; }
-    STDMETHODIMP CopyValue(BSTR, _RegistryKey**) override { return E_NOTIMPL; }
-    STDMETHODIMP RenameValue(BSTR, BSTR) override { return E_NOTIMPL; }
+    STDMETHODIMP SubKeyExists(BSTR name, VARIANT_BOOL* result) override {
+        return Out(result, [&] { return static_cast<VARIANT_BOOL>(toBoolean(key_->SubKeyExists(ToString(name)))); });
+    }
+    STDMETHODIMP DeleteSubKey(BSTR name, VARIANT_BOOL errorOnMissing) override {
+        return Guard([&] { key_->DeleteSubKey(ToString(name), errorOnMissing); });
+    }
+    STDMETHODIMP DeleteSubKeyTree(BSTR name, VARIANT_BOOL errorOnMissing) override {
+        return Guard([&] { key_->DeleteSubKeyTree(ToString(name), errorOnMissing); });
+    }
+    STDMETHODIMP DeleteValue(BSTR name, VARIANT_BOOL errorOnMissing) override {
+        return Guard([&] { key_->DeleteValue(ToString(name), errorOnMissing); });
+    }
+    STDMETHODIMP HasDefaultValue(VARIANT_BOOL* result) override {
+        return Out(result, [&] { return static_cast<VARIANT_BOOL>(toBoolean(key_->HasDefaultValue())); });
+    }
+    STDMETHODIMP GetValue(BSTR name, VARIANT defaultValue, VARIANT_BOOL expand, VARIANT* result) override {
+        if (!result) return E_POINTER;
+        VariantInit(result);
+        return Guard([&] { ToVariant(key_->GetValue(ToString(name), DefaultOf(defaultValue), expand), result); });
+    }
+    STDMETHODIMP GetValueEx(BSTR name, LONG* dataType, VARIANT defaultValue, VARIANT_BOOL expand,
+                            VARIANT* result) override {
+        if (!result || !dataType) return E_POINTER;
+        VariantInit(result);
+        // The member sets the type before it may fail later, so it is handed back either way.
+        Long type = *dataType;
+        const HRESULT hr = Guard([&] {
+            ToVariant(key_->GetValueEx(ToString(name), type, DefaultOf(defaultValue), expand), result);
+        });
+        *dataType = type;
+        return hr;
+    }
+    STDMETHODIMP SetValue(BSTR name, VARIANT value, ::vqRegValueType valueType) override {
+        return Guard([&] { key_->SetValue(ToString(name), ToValue(value), valueType); });
+    }
+    STDMETHODIMP OpenRemoteBaseKey(::vqRegKeys rootKey, BSTR machineName, _RegistryKey** result) override {
+        return Out(result, [&] { return WrapRegistryKey(key_->OpenRemoteBaseKey(rootKey, ToString(machineName))); });
+    }
+    STDMETHODIMP RenameSubKey(BSTR name, _RegistryKey** result) override {
+        return Out(result, [&] { return WrapRegistryKey(key_->RenameSubKey(ToString(name))); });
+    }
+    STDMETHODIMP CopySubKey(BSTR name, _RegistryKey** result) override {
+        return Out(result, [&] { return WrapRegistryKey(key_->CopySubKey(ToString(name))); });
+    }
+    STDMETHODIMP CopySubKeyEx(_RegistryKey** destination, _RegistryKey** result) override {
+        if (!destination) return E_POINTER;
+        return Out(result, [&] {
+            key_->CopySubKeyEx(Destination(*destination));
+            if (*destination) (*destination)->AddRef();
+            return *destination;
+        });
+    }
+    STDMETHODIMP CopyValues(_RegistryKey** destination) override {
+        if (!destination) return E_POINTER;
+        return Guard([&] { key_->CopyValues(Destination(*destination)); });
+    }
+    STDMETHODIMP CopyValue(BSTR name, _RegistryKey** destination) override {
+        if (!destination) return E_POINTER;
+        return Guard([&] { key_->CopyValue(ToString(name), Destination(*destination)); });
+    }
+    STDMETHODIMP RenameValue(BSTR oldName, BSTR newName) override {
+        return Guard([&] { key_->RenameValue(ToString(oldName), ToString(newName)); });
+    }
 
 private:
+    // An omitted DefaultValue arrives as "missing"; the member's default is the empty text.
+    static Variant DefaultOf(const VARIANT& value) {
+        Variant converted = ToValue(value);
+        if (const auto* error = std::get_if<ErrorValue>(&converted); error && error->scode == DISP_E_PARAMNOTFOUND)
+            return String();
+        return converted;
+    }
+
+    // The key behind a Destination argument: nullptr is the empty reference; an object that is
+    // not one of ours has no key to copy into.
+    static RegistryKey* Destination(_RegistryKey* object) {
+        RegistryKey* key = UnwrapRegistryKey(object);
+        if (object && !key) RaiseRunTime(RunTime::TypeMismatch);
+        return key;
+    }
+
     std::unique_ptr<RegistryKey> key_;
 };
 

@@ -36,6 +36,11 @@ inline constexpr const wchar_t* ValueMissing = L"The value does not exist.";
 inline constexpr const wchar_t* InvalidDataType =
     L"Invalid data type.  Data passed in does not match the data type specified.";
 inline constexpr const wchar_t* InvalidRootOrMachine = L"The root key or machine name is invalid.";
+// Copying and renaming refuse what would loop for ever or lose data.
+inline constexpr const wchar_t* TargetInsideSource = L"The target key is the source key or one of its subkeys.";
+inline constexpr const wchar_t* DestinationMissing = L"The destination key does not exist.";
+inline constexpr const wchar_t* SubKeyNotCreated = L"The subkey could not be created.";
+inline constexpr const wchar_t* ValueNotCopied = L"The value could not be copied.";
 }  // namespace RegistryText
 
 }  // namespace orbex

@@ -82,7 +82,10 @@ Boolean RegistryKey::AutoFlush() const {
 void RegistryKey::CloseKey() {
     if (!IsValidHandle(keyHandle_)) return;
     if (isTrue(modified_) && isTrue(autoFlush_)) Flush();
-    platform::api().RegCloseKey(ToPlatform(keyHandle_));
+    // A handle shared after a rename is closed by whichever holder lets go of it last.
+    const bool lastHolder = !handleShare_ || handleShare_.use_count() == 1;
+    if (lastHolder) platform::api().RegCloseKey(ToPlatform(keyHandle_));
+    handleShare_.reset();
     if (!IsRootHandle(keyHandle_)) keyHandle_ = NoHandle;
 }
 
@@ -97,7 +100,14 @@ void RegistryKey::SetRootKey(Long value) {
 }
 
 void RegistryKey::SetKeyHandle(Long value) {
+    handleShare_.reset();
     keyHandle_ = value;
+}
+
+void RegistryKey::ShareKeyHandle(RegistryKey& holder) {
+    if (!holder.handleShare_) holder.handleShare_ = std::make_shared<char>();
+    handleShare_ = holder.handleShare_;
+    keyHandle_ = holder.keyHandle_;
 }
 
 Long RegistryKey::GetKeyHandle() const {

@@ -111,6 +111,20 @@ private:
     };
     OwnedConnection connection_;
 
+    // Copying and renaming
+    enum class Transfer { Copy, Move };
+    std::unique_ptr<RegistryKey> CopyOrMoveSubKey(const String& name, Transfer transfer, const wchar_t* member);
+    void CopyTree(RegistryKey& destination, Transfer transfer, const wchar_t* member);
+    void CopySubKeys(RegistryKey& destination, Transfer transfer, const wchar_t* member);
+    void CopyValuesTo(RegistryKey& destination, Transfer transfer, const wchar_t* member);
+    void CopyValueTo(const String& name, RegistryKey& destination, const String& targetName, Transfer transfer,
+                     const wchar_t* member);
+    void CarryRawValue(const String& name, RegistryKey& destination, const String& targetName,
+                       const wchar_t* member);
+    bool Contains(const RegistryKey& other) const;
+    // Takes over another key's handle; the platform handle is then closed once, by the last holder.
+    void ShareKeyHandle(RegistryKey& holder);
+
     Boolean autoFlush_ = False;
     Boolean modified_ = False;
     String machineName_;  // "" or a name beginning with two backslashes
@@ -118,6 +132,8 @@ private:
     Long rootKey_ = NoHandle;
     Long lastError_ = 0;  // result of this key's latest registry call
     Long keyHandle_ = NoHandle;
+    // Present while KeyHandle is shared with another key (after a rename); see CloseKey.
+    std::shared_ptr<void> handleShare_;
 };
 
 }  // namespace orbex
