@@ -1,7 +1,7 @@
 ' A short tour of Orbex from VBScript. Run it with: cscript //nologo tour.vbs
 Option Explicit
 
-Dim className, obj, reg, rootName, key
+Dim className, obj, reg, rootName, key, work, copy, renamed, dataType
 
 WScript.Echo "Orbex: creating every class a client may create"
 For Each className In Array("RegLib", "SystemLib", "OSInfo", "PowerInfo", "MemoryInfo", _
@@ -25,3 +25,24 @@ Next
 
 Set key = reg.LocalMachine("  \\otherpc ")
 WScript.Echo "  a root for another machine keeps its name: " & key.MachineName
+
+WScript.Echo
+WScript.Echo "Registry work under HKEY_CURRENT_USER\Software\OrbexTour"
+Set work = reg.CurrentUser.CreateSubKey("Software\OrbexTour\Settings")
+work.SetValue "Greeting", "Hello from Orbex"           ' text, the default type
+work.SetValue "Count", 42, 4                           ' a 32-bit number
+work.SetValue "Big", 1234567890123, 11                 ' a 64-bit number, read back as Currency
+work.SetValue "Home", "%USERPROFILE%\Orbex", 2         ' text with variables, expanded on reading
+WScript.Echo "  " & work.Name & " holds " & work.ValueCount & " values"
+WScript.Echo "  Greeting = " & work.GetValue("Greeting")
+WScript.Echo "  Count    = " & work.GetValue("Count")
+WScript.Echo "  Big      = " & work.GetValue("Big")
+WScript.Echo "  Home     = " & work.GetValueEx("Home", dataType, "", False) & " (type " & dataType & "), expanded: " & work.GetValue("Home")
+WScript.Echo "  Missing  = " & work.GetValue("Missing", "(default)")
+
+Set copy = work.CopySubKey("Backup")
+WScript.Echo "  copied to " & copy.Name & " with " & copy.ValueCount & " values"
+Set renamed = copy.RenameSubKey("Archive")
+WScript.Echo "  renamed to " & renamed.Name & "; Backup still there: " & reg.CurrentUser.SubKeyExists("Software\OrbexTour\Backup")
+reg.CurrentUser.DeleteSubKeyTree "Software\OrbexTour"
+WScript.Echo "  removed again: " & Not reg.CurrentUser.SubKeyExists("Software\OrbexTour")
