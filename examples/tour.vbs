@@ -46,3 +46,23 @@ Set renamed = copy.RenameSubKey("Archive")
 WScript.Echo "  renamed to " & renamed.Name & "; Backup still there: " & reg.CurrentUser.SubKeyExists("Software\OrbexTour\Backup")
 reg.CurrentUser.DeleteSubKeyTree "Software\OrbexTour"
 WScript.Echo "  removed again: " & Not reg.CurrentUser.SubKeyExists("Software\OrbexTour")
+
+WScript.Echo "An INI file in the temporary folder"
+Dim iniFiles, iniPath, ini, iniWidth
+Set iniFiles = CreateObject("Scripting.FileSystemObject")
+iniPath = iniFiles.BuildPath(iniFiles.GetSpecialFolder(2), "OrbexTour.ini")
+Set ini = CreateObject("Orbex.INILib")
+ini.Filename = iniPath
+ini.WriteValue "Window", "Width", 800
+ini.WriteValue "Window", "Title", "Orbex tour"
+ini.WriteSection "Recent", Array("File1=C:\notes.txt", "File2=C:\plan.txt")
+WScript.Echo "  " & iniPath & " holds:"
+WScript.Echo "  Window.Title  = " & ini.GetStringValue("Window", "Title")
+WScript.Echo "  Window.Width  = " & ini.GetNumericValue("Window", "Width")
+WScript.Echo "  Recent.File2  = " & ini.GetStringValue("Recent", "File2")
+iniWidth = 640
+WScript.Echo "  Window.Height = " & ini.GetNumericValue("Window", "Height", iniWidth) & " (missing: the default)"
+ini.DeleteSection "Recent"
+WScript.Echo "  after DeleteSection, Recent.File2 = " & ini.GetStringValue("Recent", "File2", "(gone)")
+iniFiles.DeleteFile iniPath
+WScript.Echo "  removed again: " & (Not iniFiles.FileExists(iniPath))
