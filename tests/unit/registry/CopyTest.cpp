@@ -4,12 +4,12 @@
 #include "frame/RaisedError.h"
 #include "platform/TestHook.h"
 #include "TestKeys.h"
+#include "frame/Raises.h"
 #include "registry/RegLib.h"
 #include "registry/RegistryKey.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -112,15 +112,6 @@ protected:
     Tree original_;
 };
 
-Long NumberOf(const std::function<void()>& body) {
-    try {
-        body();
-    } catch (const RaisedError& error) {
-        return error.Number;
-    }
-    return 0;
-}
-
 TEST_F(Copying, CopySubKeyCopiesTheWholeTreeAsASibling) {
     auto source = Open("Source");
     auto copy = source->CopySubKey(L"Copy");
@@ -143,17 +134,17 @@ TEST_F(Copying, TargetsInsideTheSourceAreRefusedAndTheSourceKept) {
     for (const auto& row : rows) {
         auto source = Open(row.receiver);
         ASSERT_TRUE(source);
-        EXPECT_EQ(NumberOf([&] { source->CopySubKey(row.name); }), vqInvalidArgument);
-        EXPECT_EQ(NumberOf([&] { source->RenameSubKey(row.name); }), vqInvalidArgument);
+        EXPECT_EQ(testing::RaisedNumber([&] { source->CopySubKey(row.name); }), vqInvalidArgument);
+        EXPECT_EQ(testing::RaisedNumber([&] { source->RenameSubKey(row.name); }), vqInvalidArgument);
         EXPECT_EQ(SnapshotOf("Source"), original_);
     }
     auto root = RegLib().CurrentUser();
-    EXPECT_EQ(NumberOf([&] { root->CopySubKey(L"Anything"); }), vqInvalidArgument);
+    EXPECT_EQ(testing::RaisedNumber([&] { root->CopySubKey(L"Anything"); }), vqInvalidArgument);
     auto source = Open("Source");
     auto child = source->OpenSubKey(L"Child", True);
-    EXPECT_EQ(NumberOf([&] { source->CopySubKeyEx(child.get()); }), vqInvalidArgument);
-    EXPECT_EQ(NumberOf([&] { source->CopySubKeyEx(nullptr); }), vqInvalidArgument);
-    EXPECT_EQ(NumberOf([&] { source->CopyValues(nullptr); }), vqInvalidArgument);
+    EXPECT_EQ(testing::RaisedNumber([&] { source->CopySubKeyEx(child.get()); }), vqInvalidArgument);
+    EXPECT_EQ(testing::RaisedNumber([&] { source->CopySubKeyEx(nullptr); }), vqInvalidArgument);
+    EXPECT_EQ(testing::RaisedNumber([&] { source->CopyValues(nullptr); }), vqInvalidArgument);
 }
 
 TEST_F(Copying, RenameMovesEverythingAndTheReceiverFollows) {
@@ -194,7 +185,7 @@ TEST_F(Copying, TheSharedHandleIsClosedOnceWhicheverGoesFirst) {
 TEST_F(Copying, RenameOfAClosedKeyKeepsTheSource) {
     auto source = Open("Source");
     source->CloseKey();
-    EXPECT_EQ(NumberOf([&] { source->RenameSubKey(L"Renamed"); }), vqInvalidRegistryKey);
+    EXPECT_EQ(testing::RaisedNumber([&] { source->RenameSubKey(L"Renamed"); }), vqInvalidRegistryKey);
     EXPECT_EQ(SnapshotOf("Source"), original_);
     EXPECT_TRUE(SnapshotOf("Renamed").empty());
 }
@@ -228,8 +219,8 @@ TEST_F(Copying, AValueThatCannotBeReadStopsTheRenameBeforeAnyDelete) {
         return platform::realApi().RegQueryValueExA(key, name, reserved, type, data, size);
     }};
     auto source = Open("Source");
-    EXPECT_EQ(NumberOf([&] { source->RenameSubKey(L"Renamed"); }), vqInvalidOperation);
-    EXPECT_EQ(NumberOf([&] { source->RenameValue(L"bin", L"moved"); }), vqInvalidOperation);
+    EXPECT_EQ(testing::RaisedNumber([&] { source->RenameSubKey(L"Renamed"); }), vqInvalidOperation);
+    EXPECT_EQ(testing::RaisedNumber([&] { source->RenameValue(L"bin", L"moved"); }), vqInvalidOperation);
     EXPECT_EQ(SnapshotOf("Source"), original_);
 }
 
