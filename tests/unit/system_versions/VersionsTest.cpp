@@ -48,9 +48,12 @@ const Expected& InForce() {
 
 bool IsNt3Or4(const Expected& e) { return e.platform == 2 && (e.major == 3 || e.major == 4); }
 
+// Wine accepts the extended record in every mode, so the plain one is never asked for.
 TEST(WineVersion, OSInfoNamesTheSystem) {
     const Expected& e = InForce();
+    Recorder recorder;
     const OSInfo os;
+    EXPECT_EQ(recorder.count("GetVersionExA"), 1u) << e.wine;
     EXPECT_EQ(os.PlatformID(), e.platform) << e.wine;
     EXPECT_EQ(os.MajorVersion(), e.major) << e.wine;
     EXPECT_EQ(os.MinorVersion(), e.minor) << e.wine;
