@@ -30,15 +30,8 @@ struct Version {
     }
 };
 
-inline constexpr Version Win95{1, 4, 0};
-inline constexpr Version Win98{1, 4, 10};
-inline constexpr Version WinME{1, 4, 90};
-inline constexpr Version Nt351{2, 3, 51};
-inline constexpr Version Nt4Workstation{2, 4, 0, 1};
-inline constexpr Version Win2000Professional{2, 5, 0, 1};
-inline constexpr Version WinXPProfessional{2, 5, 1, 1};
-inline constexpr Version Win7{2, 6, 1, 1};
-inline constexpr Version Win32s{0, 1, 0};
+inline constexpr Version Win95{1, 4, 0}, Win98{1, 4, 10}, WinME{1, 4, 90}, Nt351{2, 3, 51},
+    Nt4{2, 4, 0, 1}, Win2000{2, 5, 0, 1}, WinXP{2, 5, 1, 1}, Win7{2, 6, 1, 1}, Win32s{0, 1, 0};
 
 // GetVersionExA answers `record` while alive: the extended size gets the whole record, the plain
 // size only the part up to the CSD text, as the platform fills them. `sizes` lists every call.
