@@ -137,7 +137,8 @@ TEST(SystemClient, ScreenAndMemoryFigures) {
     EXPECT_GT(available.int64, 0);
 }
 
-TEST(SystemClient, ComputerAndUserName) {
+// Wine allows shutting down and hibernating but not suspending: True comes as -1.
+TEST(SystemClient, NamesAndPowerPolicy) {
     Ref<IDispatch> lib = CreateByProgId(L"Orbex.SystemLib");
     ASSERT_TRUE(lib.get());
     char computer[64] = {};
@@ -148,6 +149,11 @@ TEST(SystemClient, ComputerAndUserName) {
     Get(lib.get(), L"UserName", user);
     EXPECT_EQ(Narrow(Text(V_BSTR(&name))), computer);
     EXPECT_FALSE(Text(V_BSTR(&user)).empty());
+    Variant shutdown, suspend;
+    Get(lib.get(), L"IsShutdownAllowed", shutdown);
+    Get(lib.get(), L"IsSuspendAllowed", suspend);
+    EXPECT_EQ(V_BOOL(&shutdown), VARIANT_TRUE);
+    EXPECT_EQ(V_BOOL(&suspend), VARIANT_FALSE);
 }
 
 }  // namespace
