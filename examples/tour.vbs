@@ -66,3 +66,20 @@ ini.DeleteSection "Recent"
 WScript.Echo "  after DeleteSection, Recent.File2 = " & ini.GetStringValue("Recent", "File2", "(gone)")
 iniFiles.DeleteFile iniPath
 WScript.Echo "  removed again: " & (Not iniFiles.FileExists(iniPath))
+
+WScript.Echo ""
+WScript.Echo "A system report"
+Dim sysLib, sysOS, sysMemory, sysScreen
+Set sysLib = CreateObject("Orbex.SystemLib")
+Set sysOS = sysLib.OSInfo
+WScript.Echo "  System:   " & sysOS.VersionName & ", version " & sysOS.VersionNo & ", build " & sysOS.BuildNo & _
+             " " & sysOS.AdditionalInfo
+Set sysMemory = sysLib.MemoryInfo                      ' sizes are Currency byte counts
+WScript.Echo "  Memory:   " & Int(sysMemory.TotalPhysical / 1048576) & " MB, " & _
+             Int(sysMemory.AvailablePhysical / 1048576) & " MB free, load " & sysMemory.MemoryLoad & "%"
+Set sysScreen = sysLib.ScreenInfo
+WScript.Echo "  Screen:   " & sysScreen.HorizontalResolution & " x " & sysScreen.VerticalResolution & ", " & _
+             sysScreen.ColorDepth & " bits, " & sysScreen.VerticalRefreshRate & " Hz"
+WScript.Echo "  Power:    " & sysLib.PowerInfo.ACLineStatusName & ", " & sysLib.PowerInfo.BatteryStatusName
+WScript.Echo "  Computer: " & sysLib.ComputerName & ", user " & sysLib.UserName
+WScript.Echo "  A new GUID: " & sysLib.GetGUID
