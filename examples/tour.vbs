@@ -1,32 +1,38 @@
 ' A short tour of Orbex from VBScript. Run it with: cscript //nologo tour.vbs
 Option Explicit
 
-Dim className, obj, reg, rootName, key, work, copy, renamed, dataType
+Dim className, obj, reg, key, work, copy, renamed, dataType
 
 WScript.Echo "Orbex: creating every class a client may create"
 For Each className In Array("RegLib", "SystemLib", "OSInfo", "PowerInfo", "MemoryInfo", _
                             "ScreenInfo", "FileLib", "FileInfo", "DiskInfo", "INILib")
     Set obj = CreateObject("Orbex." & className)
-    WScript.Echo "  Orbex." & className & ": " & TypeName(obj)
+    WScript.Echo "  Orbex." & className
 Next
 
-WScript.Echo
+WScript.Echo ""
 WScript.Echo "The registry's root keys on this machine"
 Set reg = CreateObject("Orbex.RegLib")
-For Each rootName In Array("ClassesRoot", "CurrentUser", "LocalMachine", "Users", "CurrentConfig", _
-                           "PerformanceData", "DynData")
-    Set key = Eval("reg." & rootName)
+ShowRoot "ClassesRoot", reg.ClassesRoot
+ShowRoot "CurrentUser", reg.CurrentUser
+ShowRoot "LocalMachine", reg.LocalMachine
+ShowRoot "Users", reg.Users
+ShowRoot "CurrentConfig", reg.CurrentConfig
+ShowRoot "PerformanceData", reg.PerformanceData
+ShowRoot "DynData", reg.DynData
+
+Sub ShowRoot(label, key)
     If key Is Nothing Then
-        WScript.Echo "  " & rootName & ": not on this system"
+        WScript.Echo "  " & label & ": not on this system"
     Else
         WScript.Echo "  " & key.Name & "  " & key.SubKeyCount & " sub-keys, " & key.ValueCount & " values"
     End If
-Next
+End Sub
 
 Set key = reg.LocalMachine("  \\otherpc ")
 WScript.Echo "  a root for another machine keeps its name: " & key.MachineName
 
-WScript.Echo
+WScript.Echo ""
 WScript.Echo "Registry work under HKEY_CURRENT_USER\Software\OrbexTour"
 Set work = reg.CurrentUser.CreateSubKey("Software\OrbexTour\Settings")
 work.SetValue "Greeting", "Hello from Orbex"           ' text, the default type
@@ -45,8 +51,9 @@ WScript.Echo "  copied to " & copy.Name & " with " & copy.ValueCount & " values"
 Set renamed = copy.RenameSubKey("Archive")
 WScript.Echo "  renamed to " & renamed.Name & "; Backup still there: " & reg.CurrentUser.SubKeyExists("Software\OrbexTour\Backup")
 reg.CurrentUser.DeleteSubKeyTree "Software\OrbexTour"
-WScript.Echo "  removed again: " & Not reg.CurrentUser.SubKeyExists("Software\OrbexTour")
+WScript.Echo "  removed again: " & (Not reg.CurrentUser.SubKeyExists("Software\OrbexTour"))
 
+WScript.Echo ""
 WScript.Echo "An INI file in the temporary folder"
 Dim iniFiles, iniPath, ini, iniWidth
 Set iniFiles = CreateObject("Scripting.FileSystemObject")
@@ -83,3 +90,6 @@ WScript.Echo "  Screen:   " & sysScreen.HorizontalResolution & " x " & sysScreen
 WScript.Echo "  Power:    " & sysLib.PowerInfo.ACLineStatusName & ", " & sysLib.PowerInfo.BatteryStatusName
 WScript.Echo "  Computer: " & sysLib.ComputerName & ", user " & sysLib.UserName
 WScript.Echo "  A new GUID: " & sysLib.GetGUID
+
+WScript.Echo ""
+WScript.Echo "Tour complete."
