@@ -106,6 +106,11 @@ TEST_F(RegistryClient, ValuesComeBackWithTheirSubtypes) {
     Variant text = {};
     V_VT(&text) = VT_BSTR, V_BSTR(&text) = SysAllocString(L"x");
     Set(L"none", text, static_cast<vqRegValueType>(5));
+    SAFEARRAYBOUND two{2, 0};
+    Variant lines;
+    V_VT(&lines) = VT_ARRAY | VT_BSTR;
+    V_ARRAY(&lines) = SafeArrayCreate(VT_BSTR, 1, &two);
+    Set(L"multi", lines, vqMultiString);
 
     const struct {
         const wchar_t* name;
@@ -113,7 +118,7 @@ TEST_F(RegistryClient, ValuesComeBackWithTheirSubtypes) {
         LONG dataType;
     } rows[] = {
         {L"bin", VT_ARRAY | VT_UI1, 3}, {L"dword", VT_I4, 4}, {L"qword", VT_CY, 11},
-        {L"none", VT_EMPTY, 5},         {L"missing", VT_BSTR, 0},
+        {L"none", VT_EMPTY, 5},         {L"missing", VT_BSTR, 0},   {L"multi", VT_ARRAY | VT_BSTR, 7},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << std::string(row.name, row.name + wcslen(row.name)));
@@ -126,6 +131,10 @@ TEST_F(RegistryClient, ValuesComeBackWithTheirSubtypes) {
         SysFreeString(name);
         EXPECT_EQ(V_VT(&value), row.type);
         EXPECT_EQ(dataType, row.dataType);
+        if (row.type == (VT_ARRAY | VT_BSTR)) {
+            EXPECT_EQ(BoundsOf(V_ARRAY(&value)).lower, 0);
+            EXPECT_EQ(BoundsOf(V_ARRAY(&value)).upper, 1) << "two empty strings";
+        }
         if (row.type == (VT_ARRAY | VT_UI1)) {
             EXPECT_EQ(BoundsOf(V_ARRAY(&value)).lower, 0);
             EXPECT_EQ(BoundsOf(V_ARRAY(&value)).upper, 2);
