@@ -1,35 +1,112 @@
-// The FileLib adapter. Its members answer E_NOTIMPL until the class behind them is built.
+// The FileLib adapter: converts arguments and results of FileLib's members, and wraps the
+// FileInfo and DiskInfo objects it hands out.
 #include "Adapters.h"
 #include "DispatchObject.h"
+#include "FilesAdapters.h"
 #include "Orbex_h.h"
+#include "Values.h"
+#include "files/FileLib.h"
 
 namespace orbex::com {
 namespace {
 
 class FileLibAdapter final : public DispatchObject<_FileLib, IID__FileLib> {
 public:
-    STDMETHODIMP get_FileInfo(BSTR, _FileInfo **) override { return E_NOTIMPL; }
-    STDMETHODIMP get_DiskInfo(BSTR, _DiskInfo **) override { return E_NOTIMPL; }
-    STDMETHODIMP get_DriveList(SAFEARRAY **) override { return E_NOTIMPL; }
-    STDMETHODIMP get_CDROMList(SAFEARRAY **) override { return E_NOTIMPL; }
-    STDMETHODIMP get_CurrentFolder(BSTR *) override { return E_NOTIMPL; }
-    STDMETHODIMP put_CurrentFolder(BSTR) override { return E_NOTIMPL; }
-    STDMETHODIMP CreateFolder(BSTR, BSTR, VARIANT_BOOL *) override { return E_NOTIMPL; }
-    STDMETHODIMP DeleteFolder(BSTR, VARIANT_BOOL *) override { return E_NOTIMPL; }
-    STDMETHODIMP ParseFilenameRoot(BSTR, BSTR *) override { return E_NOTIMPL; }
-    STDMETHODIMP ParseFilenamePath(BSTR, BSTR *) override { return E_NOTIMPL; }
-    STDMETHODIMP ParseFilename(BSTR, BSTR *) override { return E_NOTIMPL; }
-    STDMETHODIMP ParseFilenameExt(BSTR, BSTR *) override { return E_NOTIMPL; }
-    STDMETHODIMP FileExists(BSTR, VARIANT_BOOL *) override { return E_NOTIMPL; }
-    STDMETHODIMP FolderExists(BSTR, VARIANT_BOOL *) override { return E_NOTIMPL; }
-    STDMETHODIMP DriveExists(BSTR, VARIANT_BOOL *) override { return E_NOTIMPL; }
-    STDMETHODIMP DriveReady(BSTR, VARIANT_BOOL *) override { return E_NOTIMPL; }
-    STDMETHODIMP FormatSize(CURRENCY, short, BSTR *) override { return E_NOTIMPL; }
-    STDMETHODIMP GetSpecialFolder(vqSpecialFolder, VARIANT_BOOL, BSTR *) override { return E_NOTIMPL; }
-    STDMETHODIMP GetFolderSize(BSTR, VARIANT_BOOL, CURRENCY *) override { return E_NOTIMPL; }
-    STDMETHODIMP FileOpenDialog(LONG, BSTR, BSTR, BSTR, vqFileDialogFlags, BSTR *) override { return E_NOTIMPL; }
-    STDMETHODIMP FileSaveDialog(LONG, BSTR, BSTR, BSTR, BSTR, vqFileDialogFlags, BSTR *) override { return E_NOTIMPL; }
-    STDMETHODIMP FolderDialog(LONG, BSTR, vqSpecialFolder, vqFolderDialogFlags, BSTR *) override { return E_NOTIMPL; }
+    STDMETHODIMP get_FileInfo(BSTR filename, _FileInfo** result) override {
+        return Out(result, [&] { return WrapFileInfo(lib_.FileInfo(ToString(filename))); });
+    }
+    STDMETHODIMP get_DiskInfo(BSTR rootName, _DiskInfo** result) override {
+        return Out(result, [&] { return WrapDiskInfo(lib_.DiskInfo(ToString(rootName))); });
+    }
+    STDMETHODIMP get_DriveList(SAFEARRAY** result) override {
+        return Out(result, [&] { return ToSafeArray(lib_.DriveList()); });
+    }
+    STDMETHODIMP get_CDROMList(SAFEARRAY** result) override {
+        return Out(result, [&] { return ToSafeArray(lib_.CDROMList()); });
+    }
+    STDMETHODIMP get_CurrentFolder(BSTR* result) override {
+        return Out(result, [&] { return ToBstr(lib_.CurrentFolder()); });
+    }
+    STDMETHODIMP put_CurrentFolder(BSTR folder) override {
+        return Guard([&] { lib_.CurrentFolder(ToString(folder)); });
+    }
+    STDMETHODIMP CreateFolder(BSTR newFolder, BSTR templateFolder, VARIANT_BOOL* result) override {
+        return Out(result, [&] { return Flag(lib_.CreateFolder(ToString(newFolder), ToString(templateFolder))); });
+    }
+    STDMETHODIMP DeleteFolder(BSTR folder, VARIANT_BOOL* result) override {
+        return Out(result, [&] { return Flag(lib_.DeleteFolder(ToString(folder))); });
+    }
+    STDMETHODIMP ParseFilenameRoot(BSTR filename, BSTR* result) override {
+        return Text(&FileLib::ParseFilenameRoot, filename, result);
+    }
+    STDMETHODIMP ParseFilenamePath(BSTR filename, BSTR* result) override {
+        return Text(&FileLib::ParseFilenamePath, filename, result);
+    }
+    STDMETHODIMP ParseFilename(BSTR filename, BSTR* result) override {
+        return Text(&FileLib::ParseFilename, filename, result);
+    }
+    STDMETHODIMP ParseFilenameExt(BSTR filename, BSTR* result) override {
+        return Text(&FileLib::ParseFilenameExt, filename, result);
+    }
+    STDMETHODIMP FileExists(BSTR filename, VARIANT_BOOL* result) override {
+        return Test(&FileLib::FileExists, filename, result);
+    }
+    STDMETHODIMP FolderExists(BSTR folder, VARIANT_BOOL* result) override {
+        return Test(&FileLib::FolderExists, folder, result);
+    }
+    STDMETHODIMP DriveExists(BSTR drive, VARIANT_BOOL* result) override {
+        return Test(&FileLib::DriveExists, drive, result);
+    }
+    STDMETHODIMP DriveReady(BSTR drive, VARIANT_BOOL* result) override {
+        return Test(&FileLib::DriveReady, drive, result);
+    }
+    STDMETHODIMP FormatSize(CURRENCY bytes, short decimalPlaces, BSTR* result) override {
+        return Out(result, [&] { return ToBstr(lib_.FormatSize(ToCurrency(bytes), decimalPlaces)); });
+    }
+    STDMETHODIMP GetSpecialFolder(::vqSpecialFolder folder, VARIANT_BOOL create, BSTR* result) override {
+        return Out(result, [&] {
+            return ToBstr(lib_.GetSpecialFolder(static_cast<orbex::vqSpecialFolder>(folder), create));
+        });
+    }
+    STDMETHODIMP GetFolderSize(BSTR folder, VARIANT_BOOL includeSubfolders, CURRENCY* result) override {
+        return Out(result, [&] { return ToCy(lib_.GetFolderSize(ToString(folder), includeSubfolders)); });
+    }
+    STDMETHODIMP FileOpenDialog(LONG hWnd, BSTR title, BSTR initDir, BSTR filter, ::vqFileDialogFlags flags,
+                                BSTR* result) override {
+        return Out(result, [&] {
+            return ToBstr(lib_.FileOpenDialog(hWnd, ToString(title), ToString(initDir), ToString(filter),
+                                              static_cast<orbex::vqFileDialogFlags>(flags)));
+        });
+    }
+    STDMETHODIMP FileSaveDialog(LONG hWnd, BSTR title, BSTR initDir, BSTR filter, BSTR defaultExt,
+                                ::vqFileDialogFlags flags, BSTR* result) override {
+        return Out(result, [&] {
+            return ToBstr(lib_.FileSaveDialog(hWnd, ToString(title), ToString(initDir), ToString(filter),
+                                              ToString(defaultExt), static_cast<orbex::vqFileDialogFlags>(flags)));
+        });
+    }
+    STDMETHODIMP FolderDialog(LONG hWnd, BSTR title, ::vqSpecialFolder rootFolder, ::vqFolderDialogFlags flags,
+                              BSTR* result) override {
+        return Out(result, [&] {
+            return ToBstr(lib_.FolderDialog(hWnd, ToString(title), static_cast<orbex::vqSpecialFolder>(rootFolder),
+                                            static_cast<orbex::vqFolderDialogFlags>(flags)));
+        });
+    }
+
+private:
+    using TextMember = String (FileLib::*)(const String&) const;
+    using TestMember = Boolean (FileLib::*)(const String&) const;
+
+    static VARIANT_BOOL Flag(Boolean value) { return static_cast<VARIANT_BOOL>(toBoolean(isTrue(value))); }
+
+    HRESULT Text(TextMember member, BSTR argument, BSTR* result) noexcept {
+        return Out(result, [&] { return ToBstr((lib_.*member)(ToString(argument))); });
+    }
+    HRESULT Test(TestMember member, BSTR argument, VARIANT_BOOL* result) noexcept {
+        return Out(result, [&] { return Flag((lib_.*member)(ToString(argument))); });
+    }
+
+    FileLib lib_;
 };
 
 }  // namespace
