@@ -64,31 +64,10 @@ TEST(FileInfoClient, SizeDatesAndVersionOfTheModule) {
     Get(late.get(), L"LastWriteDate", date);
     EXPECT_EQ(V_VT(&date), VT_DATE);
     EXPECT_EQ(V_DATE(&date), written);
-    Variant version;
-    Get(late.get(), L"Version", version);
-    EXPECT_EQ(Text(V_BSTR(&version)), L"1.00");
     Variant build;
     Get(late.get(), L"BuildVersion", build);
     EXPECT_EQ(V_VT(&build), VT_I2);
     EXPECT_EQ(V_I2(&build), 0);
-}
-
-// A name that does not open: no failure, size 0, every attribute True, the dates left at 0.
-TEST(FileInfoClient, MissingFileThroughIDispatch) {
-    Ref<IDispatch> info = CreateByProgId(L"Orbex.FileInfo");
-    ASSERT_TRUE(info.get());
-    Variant ignored;
-    ASSERT_EQ(Call(info.get(), L"Filename", DISPATCH_PROPERTYPUT, {Bstr(L"C:\\no\\such\\file.txt")}, &ignored), S_OK);
-    Variant size, hidden, created;
-    Get(info.get(), L"Size", size);
-    EXPECT_EQ(V_VT(&size), VT_CY);
-    EXPECT_EQ(V_CY(&size).int64, 0);
-    Get(info.get(), L"AttributeHidden", hidden);
-    EXPECT_EQ(V_VT(&hidden), VT_BOOL);
-    EXPECT_EQ(V_BOOL(&hidden), VARIANT_TRUE);
-    Get(info.get(), L"CreationDate", created);
-    EXPECT_EQ(V_VT(&created), VT_DATE);
-    EXPECT_EQ(V_DATE(&created), 0);
 }
 
 TEST(DiskInfoClient, RootTextStaysTheCallersAndSizesAreWholeBytes) {
