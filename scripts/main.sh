@@ -12,9 +12,9 @@ for arch in i686 x86_64; do
 done
 
 wine_env i686
-cmake -DWINE="$WINE" -DPREFIX="$WINEPREFIX" -DWINEARCH="$WINEARCH" -P tests/MakePrefix.cmake
 start_wineserver
 trap stop_wineserver EXIT
+cmake -DWINE="$WINE" -DPREFIX="$WINEPREFIX" -DWINEARCH="$WINEARCH" -P tests/MakePrefix.cmake
 "$WINE" regsvr32 /s "$(winepath -w build/i686/src/com/Orbex.dll)"
 # Wine's script host prints nothing and still exits 0 when a script fails: the tour's closing
 # line is the proof that it ran to the end.

@@ -15,5 +15,6 @@ wine_env() {
 
 # Keeps the prefix's Wine server up while the caller works: each Wine start then costs
 # milliseconds instead of seconds. Stopped again by stop_wineserver.
-start_wineserver() { wineserver -p; }
+# A server that is already up (`wineserver -p` then fails) serves just as well.
+start_wineserver() { wineserver -p 2>/dev/null || true; }
 stop_wineserver() { wineserver -k 2>/dev/null || true; }
