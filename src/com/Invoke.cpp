@@ -126,8 +126,7 @@ struct Call {
         passThrough.assign(m.parameters.size(), false);
     }
     ~Call() {
-        for (size_t i = 0; i < values.size(); ++i)
-            if (i >= passThrough.size() || !passThrough[i]) VariantClear(&values[i]);
+        for (VARIANT& value : values) VariantClear(&value);  // a by-reference value frees nothing
     }
 
     // Matches the caller's positional and named arguments to parameters.
