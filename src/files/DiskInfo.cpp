@@ -58,6 +58,7 @@ void DiskInfo::InitSettings() {
         // The reload ends here as for a refused root.
         if (rootName_.empty()) return;
         const std::string root = ToAnsi(rootName_);
+        rootName_ = FromAnsi(root);  // as the platform received it
 
         std::string label(LabelLength, '\0');
         std::string fileSystem(FileSystemLength, '\0');

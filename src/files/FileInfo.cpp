@@ -103,7 +103,10 @@ void FileInfo::LoadFileData() {
         const auto& api = platform::api();
         const OSInfo os;
         const bool nt = os.PlatformID() == vqOSPWindowsNT;
+        // The name crosses to the platform in the ANSI code page and comes back as it arrived
+        // there: a character the code page lacks does not survive the load.
         const std::string name = ToAnsi(filename_);
+        filename_ = FromAnsi(name);
 
         const OpenFile file{api.CreateFileA(name.c_str(), GenericRead, FileShareRead, nullptr, OpenExisting,
                                             nt ? BackupSemantics : 0, 0)};

@@ -1,6 +1,7 @@
 #include "files/FileInfo.h"
 
 #include "InfoSupport.h"
+#include "frame/Ansi.h"
 
 #include <vector>
 
@@ -74,9 +75,10 @@ TEST(FileInfo, FilesFoldersAndNamesThatDoNotOpen) {
 
     // Type and size cleared, every attribute True, the dates of the folder kept.
     const std::vector<double> kept = Stamps(info);
-    for (const String& name : {testing::Wide(folder.Path("missing.txt")), String(), String(L"no\\such\\place")}) {
+    for (const String& name : {testing::Wide(folder.Path("missing.txt")), String(), String(L"no\\such\\place"),
+                               String(L"\u0142\u4E2D.txt")}) {
         info.Filename(name);
-        EXPECT_EQ(info.Filename(), name);
+        EXPECT_EQ(info.Filename(), AnsiRoundTrip(name));  // as the platform received it
         EXPECT_EQ(info.FileType(), vqFTUnknown);
         EXPECT_EQ(info.Size(), Currency{});
         EXPECT_EQ(Attributes(info), std::vector<Boolean>(13, True));
