@@ -1,4 +1,3 @@
-#include "Failures.h"
 #include "TestKeys.h"
 
 #include "platform/TestHook.h"
@@ -18,20 +17,11 @@ using platform::Handle;
 using platform::Status;
 using platform::testing::Recorder;
 using platform::testing::Replace;
-using testing::Failure;
-using testing::FailureOf;
-using testing::NoFailure;
-using testing::TestKey;
-
-String Wide(const std::string& text) { return String(text.begin(), text.end()); }
+using namespace testing;
 
 bool Exists(const TestKey& test, const std::string& relative) {
-    Handle key = 0;
-    if (platform::realApi().RegOpenKeyExA(vqCurrentUser, (test.path() + "\\" + relative).c_str(), 0, 1, &key) != 0) {
-        return false;
-    }
-    platform::realApi().RegCloseKey(key);
-    return true;
+    const Handle key = OpenRaw(test.path() + "\\" + relative, 1);
+    return key && platform::realApi().RegCloseKey(key) == 0;
 }
 
 enum class Fake { None, Open, Delete };  // which platform call gives `result` instead

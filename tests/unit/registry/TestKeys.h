@@ -1,7 +1,7 @@
-// Keys on the real registry for tests: each TestKey is a fresh key of its own under
-// HKEY_CURRENT_USER\Software\OrbexTest, removed with everything below it when it goes.
-// All platform calls go through the real table, so a test's replacements don't reach them.
+// Keys on the real registry for tests, read and written with the real platform table so that a
+// test's replacements don't reach them, and failures as their three fields.
 #pragma once
+#include "frame/RaisedError.h"
 #include "platform/Api.h"
 #include "registry/RegistryKey.h"
 
@@ -9,41 +9,114 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <map>
 #include <random>
 #include <string>
+#include <tuple>
+#include <vector>
 
 namespace orbex::testing {
 
 inline constexpr platform::Dword KeyAllAccess = 0xF003F;  // KEY_ALL_ACCESS
 inline constexpr platform::Dword KeyRead = 0x20019;       // KEY_READ
 
-// Removes a key and all keys below it; a missing key is no failure.
-inline void DeleteKeyTree(platform::Handle parent, const std::string& path) {
-    const auto& real = platform::realApi();
-    platform::Handle key = 0;
-    if (real.RegOpenKeyExA(parent, path.c_str(), 0, KeyAllAccess, &key) != 0) return;
-    // Always the first child, until none is left or one can't be removed.
-    for (std::string previous;;) {
-        char name[256] = {};
-        platform::Dword length = sizeof name;
-        if (real.RegEnumKeyExA(key, 0, name, &length, nullptr, nullptr, nullptr, nullptr) != 0) break;
-        const std::string child(name, length);
-        if (child == previous) break;
-        DeleteKeyTree(key, child);
-        previous = child;
+using Failure = std::tuple<Long, String, String>;  // Number, Source, Description
+inline const Failure NoFailure{0, L"(nothing raised)", L""};
+
+template <class Call>
+Failure FailureOf(Call&& call) {
+    try {
+        call();
+    } catch (const RaisedError& error) {
+        return {error.Number, error.Source, error.Description};
     }
-    real.RegCloseKey(key);
-    real.RegDeleteKeyA(parent, path.c_str());
+    return NoFailure;
 }
 
+inline String Wide(const std::string& text) { return String(text.begin(), text.end()); }
+
+inline platform::Handle OpenRaw(const std::string& path, platform::Dword access = KeyAllAccess) {
+    platform::Handle key = 0;
+    return platform::realApi().RegOpenKeyExA(vqCurrentUser, path.c_str(), 0, access, &key) == 0 ? key : 0;
+}
+
+inline platform::Handle CreateRaw(const std::string& path) {
+    char className[] = "";
+    platform::Handle key = 0;
+    platform::realApi().RegCreateKeyExA(vqCurrentUser, path.c_str(), 0, className, 0, KeyAllAccess, nullptr, &key,
+                                        nullptr);
+    return key;
+}
+
+// Stores raw bytes under a value name of a key below HKEY_CURRENT_USER, creating the key.
+// `size` may stop short of the bytes: text stored without a terminator needs a non-NUL byte
+// after its end, or the platform counts a terminator in.
+inline void SetRaw(const std::string& path, const std::string& name, platform::Dword type, const std::string& bytes,
+                   std::size_t size = std::string::npos) {
+    const platform::Handle key = CreateRaw(path);
+    EXPECT_EQ(platform::realApi().RegSetValueExA(key, name.c_str(), 0, type,
+                  reinterpret_cast<const std::uint8_t*>(bytes.data()),
+                  static_cast<platform::Dword>(std::min(size, bytes.size()))), 0) << name;
+    platform::realApi().RegCloseKey(key);
+}
+
+// Child key names of an open key, in index order.
+inline std::vector<std::string> ChildrenOf(platform::Handle key) {
+    std::vector<std::string> children;
+    char name[256];
+    for (platform::Dword index = 0, length = sizeof name;
+         platform::realApi().RegEnumKeyExA(key, index, name, &length, nullptr, nullptr, nullptr, nullptr) == 0;
+         ++index, length = sizeof name) {
+        children.emplace_back(name, length);
+    }
+    return children;
+}
+
+// Removes a key and all keys below it; a missing key is no failure.
+inline void DeleteKeyTree(const std::string& path) {
+    const platform::Handle key = OpenRaw(path);
+    if (!key) return;
+    for (const std::string& child : ChildrenOf(key)) DeleteKeyTree(path + "\\" + child);
+    platform::realApi().RegCloseKey(key);
+    platform::realApi().RegDeleteKeyA(vqCurrentUser, path.c_str());
+}
+
+// What a tree holds: path below its top ("" for the top) → value name → type and bytes.
+using Values = std::map<std::string, std::pair<long, std::string>>;
+using Tree = std::map<std::string, Values>;
+
+inline void Snapshot(const std::string& path, const std::string& relative, Tree& tree) {
+    const platform::Handle key = OpenRaw(path, KeyRead);
+    if (!key) return;
+    Values& values = tree[relative];
+    char name[256];
+    std::uint8_t data[4096];
+    for (platform::Dword index = 0, length = sizeof name, size = sizeof data, type = 0;
+         platform::realApi().RegEnumValueA(key, index, name, &length, nullptr, &type, data, &size) == 0;
+         ++index, length = sizeof name, size = sizeof data) {
+        values[std::string(name, length)] = {type, std::string(reinterpret_cast<char*>(data), size)};
+    }
+    const std::vector<std::string> children = ChildrenOf(key);
+    platform::realApi().RegCloseKey(key);
+    for (const std::string& child : children) Snapshot(path + "\\" + child, relative + "\\" + child, tree);
+}
+
+inline Tree SnapshotOf(const std::string& path) {
+    Tree tree;
+    Snapshot(path, "", tree);
+    return tree;
+}
+
+// A fresh key of its own under HKEY_CURRENT_USER\Software\OrbexTest, removed with everything
+// below it when it goes.
 class TestKey {
 public:
-    TestKey() : path_("Software\\OrbexTest\\" + UniqueName()) {
-        platform::Handle key = Create(path_);
+    TestKey() : path_("Software\\OrbexTest\\T" + std::to_string(std::random_device{}())) {
+        const platform::Handle key = CreateRaw(path_);
         EXPECT_NE(key, 0) << "cannot create HKEY_CURRENT_USER\\" << path_;
         platform::realApi().RegCloseKey(key);
     }
-    ~TestKey() { DeleteKeyTree(vqCurrentUser, path_); }
+    ~TestKey() { DeleteKeyTree(path_); }
     TestKey(const TestKey&) = delete;
     TestKey& operator=(const TestKey&) = delete;
 
@@ -51,73 +124,30 @@ public:
     const std::string& path() const { return path_; }
 
     // A new handle on the key; the caller closes it.
-    platform::Handle Open(platform::Dword access = KeyAllAccess) const {
-        platform::Handle key = 0;
-        EXPECT_EQ(platform::realApi().RegOpenKeyExA(vqCurrentUser, path_.c_str(), 0, access, &key), 0);
-        return key;
-    }
+    platform::Handle Open(platform::Dword access = KeyAllAccess) const { return OpenRaw(path_, access); }
 
     // Sets `key` up as opening the test key would: root, path and a handle that it owns.
     void Attach(RegistryKey& key, platform::Dword access = KeyAllAccess) const {
         key.SetRootKey(vqCurrentUser);
-        key.SetSubKeyPath(String(path_.begin(), path_.end()));
+        key.SetSubKeyPath(Wide(path_));
         key.SetKeyHandle(static_cast<Long>(Open(access)));
     }
 
-    // Creates a key below the test key, by a path relative to it.
     void CreateSubKey(const std::string& relative) const {
-        platform::realApi().RegCloseKey(Create(path_ + "\\" + relative));
+        platform::realApi().RegCloseKey(CreateRaw(path_ + "\\" + relative));
     }
-
-    // Stores raw bytes under a value name, bypassing the library. `size` may stop short of the
-    // bytes: text stored without a terminator needs a non-NUL byte after its end, or the
-    // platform counts a terminator in.
     void SetRaw(const std::string& name, platform::Dword type, const std::string& bytes,
                 std::size_t size = std::string::npos) const {
-        const platform::Handle key = Open();
-        EXPECT_EQ(platform::realApi().RegSetValueExA(key, name.c_str(), 0, type,
-                      reinterpret_cast<const std::uint8_t*>(bytes.data()),
-                      static_cast<platform::Dword>(std::min(size, bytes.size()))), 0) << name;
-        platform::realApi().RegCloseKey(key);
+        testing::SetRaw(path_, name, type, bytes, size);
     }
-
-    // A value's stored type and bytes as the narrow query gives them; type -1 when missing.
-    struct Raw {
-        long type = -1;
-        std::string bytes;
-    };
-    Raw GetRaw(const std::string& name) const {
-        const auto& real = platform::realApi();
-        const platform::Handle key = Open();
-        platform::Dword type = 0, size = 0;
-        Raw raw;
-        if (real.RegQueryValueExA(key, name.c_str(), nullptr, &type, nullptr, &size) == 0) {
-            raw.bytes.assign(size, '\0');
-            real.RegQueryValueExA(key, name.c_str(), nullptr, &type,
-                                  reinterpret_cast<std::uint8_t*>(raw.bytes.data()), &size);
-            raw.bytes.resize(size);
-            raw.type = static_cast<long>(type);
-        }
-        real.RegCloseKey(key);
-        return raw;
+    // A value's stored type and bytes; type -1 when missing.
+    std::pair<long, std::string> GetRaw(const std::string& name) const {
+        const Values values = SnapshotOf(path_)[""];
+        const auto found = values.find(name);
+        return found == values.end() ? std::pair<long, std::string>{-1, ""} : found->second;
     }
 
 private:
-    static std::string UniqueName() {
-        std::random_device random;
-        const char* hex = "0123456789ABCDEF";
-        std::string name = "T";
-        for (int i = 0; i < 12; ++i) name += hex[random() % 16];
-        return name;
-    }
-    static platform::Handle Create(const std::string& path) {
-        char className[] = "";
-        platform::Handle key = 0;
-        platform::realApi().RegCreateKeyExA(vqCurrentUser, path.c_str(), 0, className, 0,
-                                            KeyAllAccess, nullptr, &key, nullptr);
-        return key;
-    }
-
     std::string path_;
 };
 
