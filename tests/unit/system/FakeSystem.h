@@ -8,7 +8,6 @@
 
 namespace orbex::testing {
 
-using platform::Api;
 using platform::Dword;
 using platform::OsVersionInfoEx;
 
@@ -19,26 +18,22 @@ struct Version {
     const char* csd = "";
 
     OsVersionInfoEx Record() const {
-        OsVersionInfoEx record{};
-        record.dwPlatformId = platform;
-        record.dwMajorVersion = major;
-        record.dwMinorVersion = minor;
-        record.wProductType = type;
-        record.wSuiteMask = suite;
-        std::strncpy(record.szCSDVersion, csd, sizeof record.szCSDVersion - 1);
-        return record;
+        OsVersionInfoEx r{};
+        r.dwPlatformId = platform, r.dwMajorVersion = major, r.dwMinorVersion = minor;
+        r.wProductType = type, r.wSuiteMask = suite;
+        std::strncpy(r.szCSDVersion, csd, sizeof r.szCSDVersion - 1);
+        return r;
     }
 };
 
 inline constexpr Version Win95{1, 4, 0}, Win98{1, 4, 10}, WinME{1, 4, 90}, Nt351{2, 3, 51},
     Nt4{2, 4, 0, 1}, Win2000{2, 5, 0, 1}, WinXP{2, 5, 1, 1}, Win7{2, 6, 1, 1}, Win32s{0, 1, 0};
 
-// GetVersionExA answers `record` while alive: the extended size gets the whole record, the plain
-// size only the part up to the CSD text, as the platform fills them. `sizes` lists every call.
-class FakeVersion {
-public:
+// GetVersionExA answers `record` while alive: the extended size (156) gets the whole record, the
+// plain size only the part up to the CSD text. `sizes` lists every call's size.
+struct FakeVersion {
     explicit FakeVersion(const OsVersionInfoEx& record, platform::Bool extended = 1, platform::Bool plain = 1)
-        : replace_{[this, record, extended, plain](OsVersionInfoEx* info) {
+        : replace{[this, record, extended, plain](OsVersionInfoEx* info) {
               const Dword size = info->dwOSVersionInfoSize;
               sizes.push_back(size);
               const platform::Bool result = size == 156 ? extended : plain;
@@ -50,9 +45,7 @@ public:
     explicit FakeVersion(const Version& version) : FakeVersion(version.Record()) {}
 
     std::vector<Dword> sizes;
-
-private:
-    platform::testing::Replace<&Api::GetVersionExA> replace_;
+    platform::testing::Replace<&platform::Api::GetVersionExA> replace;
 };
 
 }  // namespace orbex::testing

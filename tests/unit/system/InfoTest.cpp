@@ -1,0 +1,183 @@
+// MemoryInfo, PowerInfo and ScreenInfo on replaced platform answers.
+#include "system/MemoryInfo.h"
+#include "system/PowerInfo.h"
+#include "system/ScreenInfo.h"
+
+#include "FakeSystem.h"
+#include "frame/RaisedError.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace orbex {
+namespace {
+
+using platform::Api;
+using platform::Handle;
+using platform::MemoryStatus;
+using platform::MemoryStatusEx;
+using platform::testing::Replace;
+using testing::FakeVersion;
+using testing::Version;
+using F = std::vector<std::int64_t>;
+
+// The load and the seven sizes in whole bytes, checking that each Currency holds a whole number.
+F Figures(const MemoryInfo& info) {
+    F figures{info.MemoryLoad()};
+    for (Currency size : {info.TotalPhysical(), info.AvailablePhysical(), info.TotalPageFile(), info.AvailablePageFile(),
+                          info.TotalVirtual(), info.AvailableVirtual(), info.AvailableExtendedVirtual()}) {
+        EXPECT_EQ(size.scaled % 10000, 0);
+        figures.push_back(size.scaled / 10000);
+    }
+    return figures;
+}
+
+// Both memory queries replaced; each counts its calls.
+struct FakeMemory {
+    MemoryStatusEx extended{0, 42, 1, 2, 3, 4, 5, 6, 7};
+    MemoryStatus plain{0, 17, 10, 20, 30, 40, 50, 60};
+    platform::Bool extendedResult = 1;
+    int calls = 0;
+    Replace<&Api::GlobalMemoryStatusEx> ex{[this](MemoryStatusEx* out) {
+        ++calls;
+        EXPECT_EQ(out->dwLength, 64u);
+        if (extendedResult) *out = extended;
+        return extendedResult;
+    }};
+    Replace<&Api::GlobalMemoryStatus> old{[this](MemoryStatus* out) {
+        ++calls;
+        EXPECT_EQ(out->dwLength, sizeof(MemoryStatus));
+        *out = plain;
+    }};
+};
+
+// The major version alone chooses the query, whatever the family; the object is a snapshot.
+TEST(MemoryInfo, MajorVersionChoosesTheQuery) {
+    for (auto [version, extended] : {std::pair{testing::Win98, false}, {testing::Nt4, false}, {testing::Nt351, false},
+                                     {Version{1, 5, 0}, true}, {testing::Win2000, true}, {testing::Win7, true},
+                                     {Version{2, 0x80000000, 0}, false}}) {
+        FakeVersion fake{version};
+        FakeMemory memory;
+        const MemoryInfo info;
+        memory.extended = {}, memory.plain = {};
+        EXPECT_EQ(memory.calls, 1);
+        EXPECT_EQ(Figures(info), (extended ? F{42, 1, 2, 3, 4, 5, 6, 7} : F{17, 10, 20, 30, 40, 50, 60, 0})) << version.major;
+    }
+}
+
+// Sizes above 2 GiB read whole. A count too large for a Currency ends the load quietly and what
+// was stored before it stays; a refused query leaves its cleared record. The older record's words
+// are signed on the 32-bit product.
+TEST(MemoryInfo, SizesAndOverflow) {
+    constexpr std::uint64_t Largest = 922337203685477;
+    const std::int64_t largest = Largest;
+    for (auto [status, result, figures] :
+         {std::tuple{MemoryStatusEx{0, 99, 1, 0x180000000, Largest, 0xFFFFFFFF, 0x7FFFFFFE0000, 0, 12}, 1,
+                     F{99, 1, 0x180000000, largest, 0xFFFFFFFF, 0x7FFFFFFE0000, 0, 12}},
+          {MemoryStatusEx{0, 33, 5, 6, Largest + 1, 8, 9, 10, 11}, 1, F{33, 5, 6, 0, 0, 0, 0, 0}},
+          {MemoryStatusEx{0, 33, 5, 6, 7, 8, 9, 10, 0x8000000000000000}, 1, F{33, 5, 6, 7, 8, 9, 10, 0}},
+          {MemoryStatusEx{0, 33, 5, 6, 7, 8, 9, 10, 11}, 0, F{0, 0, 0, 0, 0, 0, 0, 0}}}) {
+        FakeVersion version{testing::WinXP};
+        FakeMemory memory;
+        memory.extended = status, memory.extendedResult = result;
+        EXPECT_EQ(Figures(MemoryInfo()), figures);
+    }
+    FakeVersion version{testing::Nt4};
+    FakeMemory memory;
+    memory.plain.dwTotalPhys = 0x80000000u, memory.plain.dwAvailPhys = 0xFFFFFFFFu;
+    EXPECT_EQ(Figures(MemoryInfo()), (sizeof(std::size_t) == 4 ? F{17, -2147483648LL, -1, 30, 40, 50, 60, 0}
+                                                               : F{17, 0x80000000, 0xFFFFFFFF, 30, 40, 50, 60, 0}));
+}
+
+// The status is read at every read. Critical comes first whatever the size of its bit; bits
+// outside the table add nothing.
+TEST(PowerInfo, FiguresAndNames) {
+    platform::SystemPowerStatus status{};
+    int calls = 0;
+    Replace<&Api::GetSystemPowerStatus> replace{[&](platform::SystemPowerStatus* out) { return ++calls, *out = status, 1; }};
+    FakeVersion version{testing::Win98};
+    for (auto [row, ac, battery, percent] :
+         {std::tuple{platform::SystemPowerStatus{0, 9, 57, 0, 3600, 7200}, L"AC Offline", L"Battery High Battery Charging", 57},
+          {{1, 0, 254, 0, 0, 0}, L"AC Online", L"", 254}, {{255, 0x70, 255, 0, 0, 0}, L"AC Status Unknown", L"", -1},
+          {{2, 5, 0, 0, 0, 0}, L"", L"Battery Critical Battery High", 0},
+          {{0, 0xFE, 0, 0, 0, 0}, L"AC Offline", L"Battery Critical Battery Low Battery Charging No System Battery", 0},
+          {{0, 0xFF, 0, 0, 0, 0}, L"AC Offline", L"Battery Status Unknown", 0}}) {
+        status = row, calls = 0;
+        PowerInfo info;
+        EXPECT_EQ(info.ACLineStatus(), row.ACLineStatus);
+        EXPECT_EQ(info.ACLineStatusName(), ac);
+        EXPECT_EQ(info.BatteryStatus(), row.BatteryFlag);
+        EXPECT_EQ(info.BatteryStatusName(), battery);
+        EXPECT_EQ(info.BatteryLifePercent(), percent);
+        EXPECT_EQ(info.BatteryLifeTime(), static_cast<Long>(row.BatteryLifeTime));
+        EXPECT_EQ(info.BatteryFullLifeTime(), static_cast<Long>(row.BatteryFullLifeTime));
+        EXPECT_EQ(calls, 7);
+    }
+}
+
+// NT 3 and NT 4 are not asked; a refused query reads the same. 95, 2000 and Win32s are asked.
+TEST(PowerInfo, UnknownOnNt3AndNt4AndWhenRefused) {
+    for (auto [version, result, asked, known] : {std::tuple{testing::Nt351, 1, false, false}, {Version{2, 4, 9, 3}, 1, false, false},
+                                                 {testing::Win7, 0, true, false}, {testing::Win95, 1, true, true},
+                                                 {testing::Win2000, 1, true, true}, {testing::Win32s, 1, true, true}}) {
+        FakeVersion fake{version};
+        int calls = 0;
+        Replace<&Api::GetSystemPowerStatus> replace{[&](platform::SystemPowerStatus* out) {
+            return ++calls, *out = {1, 8, 50, 0, 10, 20}, result;
+        }};
+        PowerInfo info;
+        EXPECT_EQ(info.ACLineStatus(), known ? vqACLSOnLine : vqACLSUnknown) << version.major;
+        EXPECT_EQ(calls, asked ? 1 : 0) << version.major;
+        if (known) continue;
+        EXPECT_EQ(info.ACLineStatusName(), L"AC Status Unknown");
+        EXPECT_EQ(info.BatteryStatus(), vqBSUnknownStatus);
+        EXPECT_EQ(info.BatteryStatusName(), L"Battery Status Unknown");
+        EXPECT_EQ((std::vector<Long>{info.BatteryLifePercent(), info.BatteryLifeTime(), info.BatteryFullLifeTime()}),
+                  (std::vector<Long>{-1, -1, -1}));
+    }
+}
+
+// Each device figure takes the screen's context, asks for its index (answered here as the index
+// plus an offset) and gives the context back, also when the figure is too large for an Integer.
+TEST(ScreenInfo, DeviceFiguresGiveTheContextBack) {
+    constexpr Handle ScreenDc = 0x5C5C;
+    std::int32_t offset = 0;
+    int taken = 0, released = 0;
+    Replace<&Api::GetDC> getDc{[&](Handle window) { return ++taken, window == 0 ? ScreenDc : 0; }};
+    Replace<&Api::GetDeviceCaps> caps{[&](Handle dc, std::int32_t index) { return dc == ScreenDc ? index + offset : 0; }};
+    Replace<&Api::ReleaseDC> releaseDc{[&](Handle window, Handle dc) { return released += window == 0 && dc == ScreenDc; }};
+    const ScreenInfo screen;
+    for (std::int32_t value : {1000, 32767 - 116, -32768 - 8}) {
+        offset = value;
+        EXPECT_EQ((std::vector<Long>{screen.HorizontalResolution(), screen.VerticalResolution(), screen.ColorDepth(),
+                                     screen.VerticalRefreshRate()}),
+                  (std::vector<Long>{8 + value, 10 + value, 12 + value, 116 + value}));
+    }
+    offset = 32768 - 12;
+    EXPECT_THROW(screen.ColorDepth(), RaisedError);
+    EXPECT_EQ(taken, 13);
+    EXPECT_EQ(released, 13);
+}
+
+// Each edge is its own call on a cleared record; a refused call leaves it cleared.
+TEST(ScreenInfo, WorkAreaEdges) {
+    for (auto [result, area, expected] : {std::tuple{1, platform::Rect{100, 20, 1124, -788}, std::vector<Long>{100, 20, 1124, -788}},
+                                          {0, platform::Rect{100, 20, 1124, 788}, std::vector<Long>{0, 0, 0, 0}}}) {
+        int calls = 0;
+        Replace<&Api::SystemParametersInfoA> spi{[&](platform::Dword action, platform::Dword, void* data, platform::Dword) {
+            auto* rect = static_cast<platform::Rect*>(data);
+            EXPECT_EQ(rect->left | rect->top | rect->right | rect->bottom, 0) << "not cleared";
+            if (result && action == 48) *rect = area;
+            return ++calls, result;
+        }};
+        const ScreenInfo screen;
+        EXPECT_EQ((std::vector<Long>{screen.FullScreenLeft(), screen.FullScreenTop(), screen.FullScreenRight(),
+                                     screen.FullScreenBottom()}),
+                  expected);
+        EXPECT_EQ(calls, 4);
+    }
+}
+
+}  // namespace
+}  // namespace orbex
