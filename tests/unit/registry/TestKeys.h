@@ -85,9 +85,10 @@ inline void DeleteKeyTree(const std::string& path) {
 using Values = std::map<std::string, std::pair<long, std::string>>;
 using Tree = std::map<std::string, Values>;
 
-inline void Snapshot(const std::string& path, const std::string& relative, Tree& tree) {
+inline Tree SnapshotOf(const std::string& path, const std::string& relative = "", Tree&& into = {}) {
+    Tree& tree = into;
     const platform::Handle key = OpenRaw(path, KeyRead);
-    if (!key) return;
+    if (!key) return std::move(tree);
     Values& values = tree[relative];
     char name[256];
     std::uint8_t data[4096];
@@ -98,13 +99,10 @@ inline void Snapshot(const std::string& path, const std::string& relative, Tree&
     }
     const std::vector<std::string> children = ChildrenOf(key);
     platform::realApi().RegCloseKey(key);
-    for (const std::string& child : children) Snapshot(path + "\\" + child, relative + "\\" + child, tree);
-}
-
-inline Tree SnapshotOf(const std::string& path) {
-    Tree tree;
-    Snapshot(path, "", tree);
-    return tree;
+    for (const std::string& child : children) {
+        tree = SnapshotOf(path + "\\" + child, relative + "\\" + child, std::move(tree));
+    }
+    return std::move(tree);
 }
 
 // A fresh key of its own under HKEY_CURRENT_USER\Software\OrbexTest, removed with everything
