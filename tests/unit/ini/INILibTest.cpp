@@ -167,7 +167,7 @@ TEST_F(INILibTest, WriteSectionTakesTheLinesFromLowerToUpperBound) {
     for (const auto& [lower, lines, raised] :
          {std::tuple{3, Items{L"x=1", L"y=2"}, NothingRaised}, {0, Items{}, NothingRaised}, {-32768, Items{L"n=1"}, NothingRaised},
           {32759, numbered(8), NothingRaised}, {32760, numbered(8), 6}, {0, numbered(32768), 6}, {32768, Items{L"k=v"}, 6},
-          {-32769, Items{L"k=v"}, 6}}) {
+          {-32769, Items{L"k=v", L"n=1"}, 6}}) {
         Recorder recorder;
         EXPECT_EQ(RaisedNumber([&] { lib.WriteSection(L"gamma", StringArray{lower, lines}); }), raised) << lower;
         EXPECT_EQ(recorder.count("WritePrivateProfileSectionA"), raised == NothingRaised ? 1u : 0u);

@@ -91,56 +91,47 @@ TEST(MemoryInfo, SizesAndOverflow) {
 }
 
 // The status is read at every read. Critical comes first whatever the size of its bit; bits
-// outside the table add nothing.
+// outside the table add nothing. NT 3 and NT 4 are not asked, and a refused query reads the same:
+// unknown. 95, 2000 and Win32s are asked.
 TEST(PowerInfo, FiguresAndNames) {
-    platform::SystemPowerStatus status{};
-    int calls = 0;
-    Replace<&Api::GetSystemPowerStatus> replace{[&](platform::SystemPowerStatus* out) { return ++calls, *out = status, 1; }};
-    FakeVersion version{testing::Win98};
-    for (auto [row, ac, battery, percent] :
-         {std::tuple{platform::SystemPowerStatus{0, 9, 57, 0, 3600, 7200}, L"AC Offline", L"Battery High Battery Charging", 57},
-          {{1, 0, 254, 0, 0, 0}, L"AC Online", L"", 254}, {{255, 0x70, 255, 0, 0, 0}, L"AC Status Unknown", L"", -1},
-          {{2, 5, 0, 0, 0, 0}, L"", L"Battery Critical Battery High", 0},
-          {{0, 0xFE, 0, 0, 0, 0}, L"AC Offline", L"Battery Critical Battery Low Battery Charging No System Battery", 0},
-          {{0, 0xFF, 0, 0, 0, 0}, L"AC Offline", L"Battery Status Unknown", 0}}) {
-        status = row, calls = 0;
-        PowerInfo info;
-        EXPECT_EQ(info.ACLineStatus(), row.ACLineStatus);
-        EXPECT_EQ(info.ACLineStatusName(), ac);
-        EXPECT_EQ(info.BatteryStatus(), row.BatteryFlag);
-        EXPECT_EQ(info.BatteryStatusName(), battery);
-        EXPECT_EQ(info.BatteryLifePercent(), percent);
-        EXPECT_EQ(info.BatteryLifeTime(), static_cast<Long>(row.BatteryLifeTime));
-        EXPECT_EQ(info.BatteryFullLifeTime(), static_cast<Long>(row.BatteryFullLifeTime));
-        EXPECT_EQ(calls, 7);
-    }
-}
-
-// NT 3 and NT 4 are not asked; a refused query reads the same. 95, 2000 and Win32s are asked.
-TEST(PowerInfo, UnknownOnNt3AndNt4AndWhenRefused) {
-    for (auto [version, result, asked, known] : {std::tuple{testing::Nt351, 1, false, false}, {Version{2, 4, 9, 3}, 1, false, false},
-                                                 {testing::Win7, 0, true, false}, {testing::Win95, 1, true, true},
-                                                 {testing::Win2000, 1, true, true}, {testing::Win32s, 1, true, true}}) {
-        FakeVersion fake{version};
+    using S = platform::SystemPowerStatus;
+    const wchar_t *acUnknown = L"AC Status Unknown", *unknown = L"Battery Status Unknown";
+    const struct {
+        Version version;
+        S status;
+        platform::Bool result;
+        int calls;
+        const wchar_t *ac, *battery;
+        std::vector<Long> figures;  // AC, battery, percent, life time, full life time
+    } rows[] = {
+        {testing::Win98, {0, 9, 57, 0, 3600, 7200}, 1, 7, L"AC Offline", L"Battery High Battery Charging", {0, 9, 57, 3600, 7200}},
+        {testing::Win95, {1, 0, 254, 0, 0, 0}, 1, 7, L"AC Online", L"", {1, 0, 254, 0, 0}},
+        {testing::Win2000, {255, 0x70, 255, 0, 0, 0}, 1, 7, acUnknown, L"", {255, 0x70, -1, 0, 0}},
+        {testing::Win32s, {2, 5, 0, 0, 0, 0}, 1, 7, L"", L"Battery Critical Battery High", {2, 5, 0, 0, 0}},
+        {testing::Win7, {0, 0xFE, 0, 0, 0, 0}, 1, 7, L"AC Offline",
+         L"Battery Critical Battery Low Battery Charging No System Battery", {0, 0xFE, 0, 0, 0}},
+        {testing::Win7, {0, 0xFF, 0, 0, 0, 0}, 1, 7, L"AC Offline", unknown, {0, 0xFF, 0, 0, 0}},
+        {testing::Win7, {1, 8, 50, 0, 10, 20}, 0, 7, acUnknown, unknown, {255, 255, -1, -1, -1}},
+        {testing::Nt351, {1, 8, 50, 0, 10, 20}, 1, 0, acUnknown, unknown, {255, 255, -1, -1, -1}},
+        {{2, 4, 9, 3}, {1, 8, 50, 0, 10, 20}, 1, 0, acUnknown, unknown, {255, 255, -1, -1, -1}},
+    };
+    for (const auto& row : rows) {
+        FakeVersion fake{row.version};
         int calls = 0;
-        Replace<&Api::GetSystemPowerStatus> replace{[&](platform::SystemPowerStatus* out) {
-            return ++calls, *out = {1, 8, 50, 0, 10, 20}, result;
-        }};
+        Replace<&Api::GetSystemPowerStatus> replace{[&](S* out) { return ++calls, *out = row.status, row.result; }};
         PowerInfo info;
-        EXPECT_EQ(info.ACLineStatus(), known ? vqACLSOnLine : vqACLSUnknown) << version.major;
-        EXPECT_EQ(calls, asked ? 1 : 0) << version.major;
-        if (known) continue;
-        EXPECT_EQ(info.ACLineStatusName(), L"AC Status Unknown");
-        EXPECT_EQ(info.BatteryStatus(), vqBSUnknownStatus);
-        EXPECT_EQ(info.BatteryStatusName(), L"Battery Status Unknown");
-        EXPECT_EQ((std::vector<Long>{info.BatteryLifePercent(), info.BatteryLifeTime(), info.BatteryFullLifeTime()}),
-                  (std::vector<Long>{-1, -1, -1}));
+        EXPECT_EQ((std::vector<Long>{info.ACLineStatus(), info.BatteryStatus(), info.BatteryLifePercent(),
+                                     info.BatteryLifeTime(), info.BatteryFullLifeTime()}),
+                  row.figures);
+        EXPECT_EQ(info.ACLineStatusName(), row.ac);
+        EXPECT_EQ(info.BatteryStatusName(), row.battery);
+        EXPECT_EQ(calls, row.calls) << row.version.major;
     }
 }
 
 // Each device figure takes the screen's context, asks for its index (answered here as the index
 // plus an offset) and gives the context back, also when the figure is too large for an Integer.
-TEST(ScreenInfo, DeviceFiguresGiveTheContextBack) {
+TEST(ScreenInfo, Figures) {
     constexpr Handle ScreenDc = 0x5C5C;
     std::int32_t offset = 0;
     int taken = 0, released = 0;
@@ -158,10 +149,8 @@ TEST(ScreenInfo, DeviceFiguresGiveTheContextBack) {
     EXPECT_THROW(screen.ColorDepth(), RaisedError);
     EXPECT_EQ(taken, 13);
     EXPECT_EQ(released, 13);
-}
 
-// Each edge is its own call on a cleared record; a refused call leaves it cleared.
-TEST(ScreenInfo, WorkAreaEdges) {
+    // Each work-area edge is its own call on a cleared record; a refused call leaves it cleared.
     for (auto [result, area, expected] : {std::tuple{1, platform::Rect{100, 20, 1124, -788}, std::vector<Long>{100, 20, 1124, -788}},
                                           {0, platform::Rect{100, 20, 1124, 788}, std::vector<Long>{0, 0, 0, 0}}}) {
         int calls = 0;
@@ -171,7 +160,6 @@ TEST(ScreenInfo, WorkAreaEdges) {
             if (result && action == 48) *rect = area;
             return ++calls, result;
         }};
-        const ScreenInfo screen;
         EXPECT_EQ((std::vector<Long>{screen.FullScreenLeft(), screen.FullScreenTop(), screen.FullScreenRight(),
                                      screen.FullScreenBottom()}),
                   expected);

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -30,10 +29,10 @@ std::string Line(const char* name, Arguments... arguments) {
 
 Log Join(Log first, const Log& second) { return first.insert(first.end(), second.begin(), second.end()), first; }
 
-// A replacement that logs its name and gives the current value of `answer`.
+// A replacement that logs its call, as Line does, and gives the current value of `answer`.
 template <class R>
-std::function<R()> Logs(Log& log, const char* name, const R& answer) {
-    return [&log, name, &answer] { return log.push_back(name), answer; };
+auto Logging(Log& log, const char* name, const R& answer) {
+    return [&log, name, &answer](auto... arguments) { return log.push_back(Line(name, arguments...)), answer; };
 }
 
 // Every platform function of the actions is replaced and logs its call: a real ExitWindowsEx
@@ -48,18 +47,11 @@ protected:
     std::vector<std::uint32_t> messages;  // waiting for the yields
 
 private:
-    Replace<&Api::ExitWindowsEx> exit_{[this](Dword flags, Dword reserved) {
-        return log.push_back(Line("ExitWindowsEx", flags, reserved)), exitResult;
-    }};
-    Replace<&Api::SetSuspendState> suspend_{[this](std::int32_t hibernate, std::int32_t force, std::int32_t wake) {
-        return log.push_back(Line("SetSuspendState", hibernate, force, wake)), suspendResult;
-    }};
-    Replace<&Api::keybd_event> keys_{[this](std::uint8_t key, std::uint8_t scan, Dword flags, std::uintptr_t extra) {
-        log.push_back(Line("keybd_event", key, scan, flags, extra));
-    }};
-    Replace<&Api::MapVirtualKeyA> map_{[this](Dword code, Dword type) {
-        return log.push_back(Line("MapVirtualKeyA", code, type)), altScan;
-    }};
+    Bool yes = 1;
+    Replace<&Api::ExitWindowsEx> exit_{Logging(log, "ExitWindowsEx", exitResult)};
+    Replace<&Api::SetSuspendState> suspend_{Logging(log, "SetSuspendState", suspendResult)};
+    Replace<&Api::keybd_event> keys_{Logging(log, "keybd_event", yes)};
+    Replace<&Api::MapVirtualKeyA> map_{Logging(log, "MapVirtualKeyA", altScan)};
     Replace<&Api::PeekMessageA> peek_{[this](platform::Msg* message, Handle, Dword, Dword, Dword remove) {
         if (messages.empty() || remove != 1) return log.push_back("yield"), Bool{0};
         *message = platform::Msg{};
@@ -72,7 +64,7 @@ private:
     Replace<&Api::DispatchMessageA> dispatch_{[this](const platform::Msg* m) {
         return log.push_back(Line("DispatchMessageA", m->message)), std::intptr_t{0};
     }};
-    Replace<&Api::GetCurrentProcess> current_{Logs(log, "GetCurrentProcess", process)};
+    Replace<&Api::GetCurrentProcess> current_{Logging(log, "GetCurrentProcess", process)};
     Replace<&Api::OpenProcessToken> openToken_{[this](Handle p, Dword access, Handle* token) {
         log.push_back(Line("OpenProcessToken", p, access));
         if (open) *token = 0x7070;
@@ -90,11 +82,11 @@ private:
                            p.Luid.HighPart, p.Attributes));
         return adjust;
     }};
-    Replace<&Api::CloseHandle> close_{[this](Handle handle) { return log.push_back(Line("CloseHandle", handle)), 1; }};
-    Replace<&Api::IsPwrHibernateAllowed> hibernate_{Logs(log, "IsPwrHibernateAllowed", allowed)};
-    Replace<&Api::IsPwrShutdownAllowed> shutdown_{Logs(log, "IsPwrShutdownAllowed", allowed)};
-    Replace<&Api::IsPwrSuspendAllowed> suspendAllowed_{Logs(log, "IsPwrSuspendAllowed", allowed)};
-    Replace<&Api::IsSystemResumeAutomatic> resume_{[this] { return log.push_back("IsSystemResumeAutomatic"), Bool{allowed}; }};
+    Replace<&Api::CloseHandle> close_{Logging(log, "CloseHandle", yes)};
+    Replace<&Api::IsPwrHibernateAllowed> hibernate_{Logging(log, "IsPwrHibernateAllowed", allowed)};
+    Replace<&Api::IsPwrShutdownAllowed> shutdown_{Logging(log, "IsPwrShutdownAllowed", allowed)};
+    Replace<&Api::IsPwrSuspendAllowed> suspendAllowed_{Logging(log, "IsPwrSuspendAllowed", allowed)};
+    Replace<&Api::IsSystemResumeAutomatic> resume_{Logging(log, "IsSystemResumeAutomatic", allowed)};
 };
 
 const Log OpenAndLookUp = {"GetCurrentProcess", "OpenProcessToken(-1,40)", "LookupPrivilegeValueA(null,SeShutdownPrivilege)"};
