@@ -32,17 +32,14 @@ protected:
     void SetUp() override {
         wchar_t temp[MAX_PATH] = {};
         GetTempPathW(MAX_PATH, temp);
-        file_ = std::wstring(temp) + L"OrbexClient" + std::to_wstring(GetCurrentProcessId()) + L".ini";
+        file_ = SysAllocString((std::wstring(temp) + L"OrbexClient" + std::to_wstring(GetCurrentProcessId()) + L".ini").c_str());
         ASSERT_EQ(CoCreateInstance(CLSID_INILib, nullptr, CLSCTX_INPROC_SERVER, IID__INILib,
                                    reinterpret_cast<void**>(ini_.put())), S_OK);
-        BSTR name = SysAllocString(file_.c_str());
-        ASSERT_EQ(ini_->put_Filename(name), S_OK);
-        SysFreeString(name);
+        ASSERT_EQ(ini_->put_Filename(file_), S_OK);
     }
     void TearDown() override {
-        SysFreeString(none_);
-        SysFreeString(section_);
-        DeleteFileW(file_.c_str());
+        DeleteFileW(file_);
+        for (BSTR text : {file_, none_, section_}) SysFreeString(text);
     }
 
     // GetSectionNames, GetSectionKeys and GetSection of section s, in that order.
@@ -54,7 +51,7 @@ protected:
         return Take(names) + L" / " + Take(keys) + L" / " + Take(lines);
     }
 
-    std::wstring file_;
+    BSTR file_ = nullptr;
     Ref<_INILib> ini_;
     BSTR none_ = SysAllocString(L"");
     BSTR section_ = SysAllocString(L"s");
@@ -114,18 +111,18 @@ TEST_F(INIClient, ScriptVariablesThroughIDispatch) {
 
 // A failure reaches the vtable as 0x800A0000 and IDispatch's caller with Source and Description.
 TEST_F(INIClient, FailureCarriesNumberZeroWithSourceAndDescription) {
-    BSTR key = SysAllocString(L"k");
-    Variant minusOne, section, name, value;
+    Variant minusOne, key, value;
     static_cast<VARIANT&>(minusOne) = Long(-1);
-    ASSERT_EQ(ini_->WriteValue(section_, key, minusOne, none_), S_OK);
+    static_cast<VARIANT&>(key) = Bstr(L"k");
+    ASSERT_EQ(ini_->WriteValue(section_, V_BSTR(&key), minusOne, none_), S_OK);
     LONG defaultValue = 0, result = 5;
-    EXPECT_EQ(ini_->GetNumericValue(section_, key, &defaultValue, none_, &result), kNumberZero);
+    EXPECT_EQ(ini_->GetNumericValue(section_, V_BSTR(&key), &defaultValue, none_, &result), kNumberZero);
     EXPECT_EQ(result, 0);
 
-    static_cast<VARIANT&>(section) = Bstr(L"s");
-    V_VT(&name) = VT_BSTR, V_BSTR(&name) = key;
     EXCEPINFO exception{};
-    EXPECT_EQ(Call(ini_.get(), L"GetNumericValue", DISPATCH_METHOD, {section, name}, &value, &exception),
+    VARIANT section{};
+    V_VT(&section) = VT_BSTR, V_BSTR(&section) = section_;
+    EXPECT_EQ(Call(ini_.get(), L"GetNumericValue", DISPATCH_METHOD, {section, key}, &value, &exception),
               DISP_E_EXCEPTION);
     EXPECT_EQ(exception.scode, kNumberZero);
     EXPECT_EQ(Text(exception.bstrSource), L"INILib:GetNumericValue");
