@@ -1,7 +1,6 @@
-// The version decisions of the system classes on the real platform. ctest runs this program in
-// the main prefix (Wine's default, Windows 7) and again in prefixes where Wine pretends to be an
-// older Windows; ORBEX_WINE_VERSION names the one in force. Only the session and keyboard
-// functions are replaced: everything else is Wine's own answer.
+// The system classes' version decisions on the real platform: ctest runs this program in the main
+// prefix (Windows 7) and in prefixes where Wine pretends to be an older Windows, named by
+// ORBEX_WINE_VERSION. Only the session and keyboard functions are replaced.
 #include "system/SystemLib.h"
 
 #include "platform/TestHook.h"
@@ -17,7 +16,6 @@ namespace {
 
 using platform::Api;
 using platform::testing::Replace;
-
 // What Wine reports for each version it can pretend to be, and what the library makes of it.
 struct Expected {
     std::string wine;
@@ -36,8 +34,7 @@ const Expected& InForce() {
     for (const Expected& e : versions) {
         if (e.wine == (name && *name ? name : "default")) return e;
     }
-    ADD_FAILURE() << "no expectations for " << name;
-    return versions[std::size(versions) - 1];
+    return ADD_FAILURE() << "no expectations for " << name, versions[std::size(versions) - 1];
 }
 
 // Wine accepts the extended record in every mode, so the plain one is never asked for. NT 3 and
