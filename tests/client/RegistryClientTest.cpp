@@ -83,7 +83,9 @@ TEST_F(RegistryClient, ValuesComeBackWithTheirSubtypes) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.dataType);
-        if (row.value) ASSERT_EQ(key_->SetValue(Name(row.name), *row.value, static_cast<vqRegValueType>(row.dataType)), S_OK);
+        if (row.value) {
+            ASSERT_EQ(key_->SetValue(Name(row.name), *row.value, static_cast<vqRegValueType>(row.dataType)), S_OK);
+        }
         Variant missing, value;
         V_VT(&missing) = VT_ERROR, V_ERROR(&missing) = DISP_E_PARAMNOTFOUND;
         LONG dataType = 99;

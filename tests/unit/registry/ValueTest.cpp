@@ -89,8 +89,9 @@ TEST(ReadValue, EveryStoredTypeReadsBackByItsOwnRule) {
         Long dataType = -99;
         Variant got = String(L"unset");
         Recorder recorder;
-        const Failure failure = FailureOf([&] { got = key.GetValueEx(FromAnsi(row.name), dataType, Long{7}, row.expand); });
-        EXPECT_EQ(std::get<0>(failure), row.raised) << row.name;
+        const Long raised =
+            std::get<0>(FailureOf([&] { got = key.GetValueEx(FromAnsi(row.name), dataType, Long{7}, row.expand); }));
+        EXPECT_EQ(raised, row.raised) << row.name;
         EXPECT_EQ(got, row.raised ? Variant{String(L"unset")} : row.expected) << row.name;
         EXPECT_EQ(dataType, static_cast<Long>(row.type)) << row.name;
         EXPECT_EQ(recorder.count("RegQueryValueExA"), row.queries) << row.name;
@@ -136,16 +137,16 @@ TEST(ReadValue, FailedProbeGivesTheDefaultAndAClosedKeyRaises) {
     }
 }
 
-TEST(ReadValue, HasDefaultValueOnlyWhenTheUnnamedValueHoldsData) {
-    struct Row { Dword type; std::string bytes; bool has; };  // type 0: none stored
-    for (const Row& row : {Row{0, "", false}, Row{1, ""s, false}, Row{3, ""s, false}, Row{1, "x\0"s, true},
-             Row{4, "\x01\x00\x00\x00"s, true}}) {
+// HasDefaultValue holds only when the unnamed value holds data; the probe's result is not kept.
+TEST(ReadValue, HasDefaultValue) {
+    for (const auto& [type, bytes, has] : std::initializer_list<std::tuple<Dword, std::string, bool>>{
+             {0, "", false}, {1, ""s, false}, {3, ""s, false}, {1, "x\0"s, true}, {4, "\x01\x00\x00\x00"s, true}}) {
         TestKey test;
-        if (row.type != 0) test.SetRaw("", row.type, row.bytes);
+        if (type != 0) test.SetRaw("", type, bytes);  // type 0: none stored
         RegistryKey key;
         test.Attach(key);
-        EXPECT_EQ(key.HasDefaultValue(), row.has) << row.type;
-        EXPECT_EQ(key.ReadLastError(), 0) << row.type;  // the probe's result is not kept
+        EXPECT_EQ(key.HasDefaultValue(), has) << type;
+        EXPECT_EQ(key.ReadLastError(), 0) << type;
     }
 }
 
@@ -351,7 +352,9 @@ TEST(WriteValue, PlatformResultOfSetValueAndDeleteValue) {
             std::optional<Replace<&Api::RegSetValueExA>> fakeSet;
             std::optional<Replace<&Api::RegDeleteValueA>> fakeDelete;
             if (row.fake && !row.remove) {
-                fakeSet.emplace([&](Handle, const char*, Dword, Dword, const std::uint8_t*, Dword) { return *row.fake; });
+                fakeSet.emplace([&](Handle, const char*, Dword, Dword, const std::uint8_t*, Dword) {
+                    return *row.fake;
+                });
             }
             if (row.fake && row.remove) fakeDelete.emplace([&](Handle, const char*) { return *row.fake; });
             failure = FailureOf([&] {
