@@ -33,61 +33,38 @@ F Figures(const MemoryInfo& info) {
     return figures;
 }
 
-// Both memory queries replaced; each counts its calls.
-struct FakeMemory {
-    MemoryStatusEx extended{0, 42, 1, 2, 3, 4, 5, 6, 7};
-    MemoryStatus plain{0, 17, 10, 20, 30, 40, 50, 60};
-    platform::Bool extendedResult = 1;
-    int calls = 0;
-    Replace<&Api::GlobalMemoryStatusEx> ex{[this](MemoryStatusEx* out) {
-        ++calls;
-        EXPECT_EQ(out->dwLength, 64u);
-        if (extendedResult) *out = extended;
-        return extendedResult;
-    }};
-    Replace<&Api::GlobalMemoryStatus> old{[this](MemoryStatus* out) {
-        ++calls;
-        EXPECT_EQ(out->dwLength, sizeof(MemoryStatus));
-        *out = plain;
-    }};
-};
-
 // The major version alone chooses the query, whatever the family; the object is a snapshot.
-TEST(MemoryInfo, MajorVersionChoosesTheQuery) {
-    for (auto [version, extended] : {std::pair{testing::Win98, false}, {testing::Nt4, false}, {testing::Nt351, false},
-                                     {Version{1, 5, 0}, true}, {testing::Win2000, true}, {testing::Win7, true},
-                                     {Version{2, 0x80000000, 0}, false}}) {
-        FakeVersion fake{version};
-        FakeMemory memory;
-        const MemoryInfo info;
-        memory.extended = {}, memory.plain = {};
-        EXPECT_EQ(memory.calls, 1);
-        EXPECT_EQ(Figures(info), (extended ? F{42, 1, 2, 3, 4, 5, 6, 7} : F{17, 10, 20, 30, 40, 50, 60, 0})) << version.major;
-    }
-}
-
 // Sizes above 2 GiB read whole. A count too large for a Currency ends the load quietly and what
 // was stored before it stays; a refused query leaves its cleared record. The older record's words
 // are signed on the 32-bit product.
-TEST(MemoryInfo, SizesAndOverflow) {
+TEST(MemoryInfo, QuerySizesAndOverflow) {
     constexpr std::uint64_t Largest = 922337203685477;
-    const std::int64_t largest = Largest;
-    for (auto [status, result, figures] :
-         {std::tuple{MemoryStatusEx{0, 99, 1, 0x180000000, Largest, 0xFFFFFFFF, 0x7FFFFFFE0000, 0, 12}, 1,
-                     F{99, 1, 0x180000000, largest, 0xFFFFFFFF, 0x7FFFFFFE0000, 0, 12}},
-          {MemoryStatusEx{0, 33, 5, 6, Largest + 1, 8, 9, 10, 11}, 1, F{33, 5, 6, 0, 0, 0, 0, 0}},
-          {MemoryStatusEx{0, 33, 5, 6, 7, 8, 9, 10, 0x8000000000000000}, 1, F{33, 5, 6, 7, 8, 9, 10, 0}},
-          {MemoryStatusEx{0, 33, 5, 6, 7, 8, 9, 10, 11}, 0, F{0, 0, 0, 0, 0, 0, 0, 0}}}) {
-        FakeVersion version{testing::WinXP};
-        FakeMemory memory;
-        memory.extended = status, memory.extendedResult = result;
-        EXPECT_EQ(Figures(MemoryInfo()), figures);
+    const std::int64_t largest = Largest, big = sizeof(std::size_t) == 4 ? -2147483648LL : 0x80000000;
+    const MemoryStatusEx usual{0, 42, 1, 2, 3, 4, 5, 6, 7};
+    const F extended{42, 1, 2, 3, 4, 5, 6, 7}, plain{17, big, big, 30, 40, 50, 60, 0};
+    for (auto [version, status, result, figures] :
+         {std::tuple{testing::Win98, usual, 1, plain}, {testing::Nt4, usual, 1, plain}, {testing::Nt351, usual, 1, plain},
+          {Version{1, 5, 0}, usual, 1, extended}, {testing::Win2000, usual, 1, extended}, {testing::Win7, usual, 1, extended},
+          {Version{2, 0x80000000, 0}, usual, 1, plain},
+          {testing::WinXP, MemoryStatusEx{0, 99, 1, 0x180000000, Largest, 0xFFFFFFFF, 0x7FFFFFFE0000, 0, 12}, 1,
+           F{99, 1, 0x180000000, largest, 0xFFFFFFFF, 0x7FFFFFFE0000, 0, 12}},
+          {testing::WinXP, MemoryStatusEx{0, 33, 5, 6, Largest + 1, 8, 9, 10, 11}, 1, F{33, 5, 6, 0, 0, 0, 0, 0}},
+          {testing::WinXP, MemoryStatusEx{0, 33, 5, 6, 7, 8, 9, 10, 0x8000000000000000}, 1, F{33, 5, 6, 7, 8, 9, 10, 0}},
+          {testing::WinXP, usual, 0, F{0, 0, 0, 0, 0, 0, 0, 0}}}) {
+        FakeVersion fake{version};
+        int calls = 0;
+        Replace<&Api::GlobalMemoryStatusEx> ex{[&](MemoryStatusEx* out) {
+            EXPECT_EQ(out->dwLength, 64u);
+            return ++calls, result ? *out = status : *out, result;
+        }};
+        Replace<&Api::GlobalMemoryStatus> old{[&](MemoryStatus* out) {
+            EXPECT_EQ(out->dwLength, sizeof(MemoryStatus));
+            ++calls, *out = {0, 17, 0x80000000u, 0x80000000u, 30, 40, 50, 60};
+        }};
+        const MemoryInfo info;
+        EXPECT_EQ(Figures(info), figures) << version.major;
+        EXPECT_EQ(calls, 1);
     }
-    FakeVersion version{testing::Nt4};
-    FakeMemory memory;
-    memory.plain.dwTotalPhys = 0x80000000u, memory.plain.dwAvailPhys = 0xFFFFFFFFu;
-    EXPECT_EQ(Figures(MemoryInfo()), (sizeof(std::size_t) == 4 ? F{17, -2147483648LL, -1, 30, 40, 50, 60, 0}
-                                                               : F{17, 0x80000000, 0xFFFFFFFF, 30, 40, 50, 60, 0}));
 }
 
 // The status is read at every read. Critical comes first whatever the size of its bit; bits
