@@ -33,32 +33,23 @@ using Items = std::vector<String>;
 // A fresh folder for each test, removed with its files; files are written and read directly.
 class INILibTest : public ::testing::Test {
 protected:
-    INILibTest() {
-        char temp[261] = {};
-        path_ = std::string(temp, platform::realApi().GetTempPathA(sizeof temp, temp)) + "OrbexIni" +
-                std::to_string(std::random_device{}());
-        EXPECT_TRUE(std::filesystem::create_directory(path_)) << path_;
-    }
+    INILibTest() { EXPECT_TRUE(std::filesystem::create_directory(folder_)) << folder_; }
     ~INILibTest() override {
         std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
+        std::filesystem::remove_all(folder_, ignored);
     }
-    String File(const std::string& name) const {
-        const std::string full = path_ + "\\" + name;
-        return String(full.begin(), full.end());
-    }
+    String File(const std::string& name) const { return (folder_ / name).wstring(); }
     void Write(const std::string& name, const std::string& content) const {
-        std::ofstream(path_ + "\\" + name, std::ios::binary) << content;
+        std::ofstream(folder_ / name, std::ios::binary) << content;
     }
     std::string Read(const std::string& name) const {  // "(none)" when there is no file
-        std::ifstream in(path_ + "\\" + name, std::ios::binary);
+        std::ifstream in(folder_ / name, std::ios::binary);
         return in ? std::string(std::istreambuf_iterator<char>(in), {}) : "(none)";
     }
 
+    const std::filesystem::path folder_ =
+        std::filesystem::temp_directory_path() / ("OrbexIni" + std::to_string(std::random_device{}()));
     INILib lib;
-
-private:
-    std::string path_;
 };
 
 constexpr Long RaisesZero = -1;  // in a row: the member raises Number 0
