@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 
 namespace orbex {
@@ -78,14 +77,13 @@ TEST(OSInfo, ClassifiesEveryRecord) {
         {{3, 4, 10, 0, 0, "A"}, Unknown, ""},
     };
     for (const auto& [v, name, trueTests] : rows) {
-        std::ostringstream what;
-        what << v.platform << " " << v.major << "." << v.minor << " type " << int(v.type) << " suite " << v.suite
-             << " '" << v.csd << "'";
+        SCOPED_TRACE(::testing::Message() << v.platform << " " << v.major << "." << v.minor << " type " << int(v.type)
+                                          << " suite " << v.suite << " '" << v.csd << "'");
         FakeVersion fake{v};
         const OSInfo os;
-        EXPECT_EQ(os.VersionName(), name) << what.str();
-        EXPECT_EQ(os.VersionNo(), std::to_wstring(Long(v.major)) + L"." + std::to_wstring(Long(v.minor))) << what.str();
-        EXPECT_EQ(TrueTests(os), trueTests) << what.str();
+        EXPECT_EQ(os.VersionName(), name);
+        EXPECT_EQ(os.VersionNo(), std::to_wstring(Long(v.major)) + L"." + std::to_wstring(Long(v.minor)));
+        EXPECT_EQ(TrueTests(os), trueTests);
     }
 }
 
