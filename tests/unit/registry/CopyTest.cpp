@@ -107,10 +107,8 @@ TEST_F(Copying, RefusalsKeepTheSource) {
     EXPECT_TRUE(Below("Renamed").empty());
     // A value that cannot be read stops a rename before any delete.
     {
-        Replace<&Api::RegQueryValueExA> refuse{[&](Handle key, const char* name, Dword* reserved, Dword* type,
-                                                   std::uint8_t* data, Dword* size) -> Status {
-            return std::string(name) == "bin" ? 5 : platform::realApi().RegQueryValueExA(key, name, reserved, type,
-                                                                                         data, size);
+        Replace<&Api::RegQueryValueExA> refuse{[&](Handle key, const char* name, auto... rest) {
+            return std::string(name) == "bin" ? 5 : platform::realApi().RegQueryValueExA(key, name, rest...);
         }};
         EXPECT_EQ(std::get<0>(FailureOf([&] { source->RenameSubKey(L"Renamed"); })), vqInvalidOperation);
         EXPECT_EQ(std::get<0>(FailureOf([&] { source->RenameValue(L"bin", L"moved"); })), vqInvalidOperation);
@@ -162,17 +160,13 @@ TEST_F(Copying, NoDataIsLostWhenAnyWriteOrDeleteOfARenameFails) {
     std::string failing;
     int remaining = 0;  // fails the call that brings this to 0
     const auto fire = [&](const char* function) { return failing == function && remaining > 0 && --remaining == 0; };
-    Replace<&Api::RegSetValueExA> set{[&](Handle k, const char* n, Dword r, Dword t, const std::uint8_t* d,
-                                          Dword s) -> Status {
-        return fire("RegSetValueExA") ? kFailure : platform::realApi().RegSetValueExA(k, n, r, t, d, s);
-    }};
-    Replace<&Api::RegCreateKeyExA> create{[&](Handle k, const char* p, Dword r, char* c, Dword o, Dword m,
-                                              platform::SecurityAttributes* s, Handle* h, Dword* d) -> Status {
-        return fire("RegCreateKeyExA") ? kFailure : platform::realApi().RegCreateKeyExA(k, p, r, c, o, m, s, h, d);
-    }};
-    Replace<&Api::RegDeleteKeyA> remove{[&](Handle k, const char* p) -> Status {
-        return fire("RegDeleteKeyA") ? kFailure : platform::realApi().RegDeleteKeyA(k, p);
-    }};
+    const auto& real = platform::realApi();
+    Replace<&Api::RegSetValueExA> set{
+        [&](auto... a) { return fire("RegSetValueExA") ? kFailure : real.RegSetValueExA(a...); }};
+    Replace<&Api::RegCreateKeyExA> create{
+        [&](auto... a) { return fire("RegCreateKeyExA") ? kFailure : real.RegCreateKeyExA(a...); }};
+    Replace<&Api::RegDeleteKeyA> remove{
+        [&](auto... a) { return fire("RegDeleteKeyA") ? kFailure : real.RegDeleteKeyA(a...); }};
     int runs = 0;
     for (const char* function : {"RegSetValueExA", "RegCreateKeyExA", "RegDeleteKeyA"}) {
         // Once the n-th call no longer comes, every call of this function has failed once.

@@ -64,19 +64,15 @@ TEST(GetNames, AFailedStepEmptiesTheListAndOnlyAccessDeniedIsRaised) {
              Row{true, true, 5, valuesDenied}, Row{true, false, 5, valuesDenied},
              Row{true, false, 234, NoFailure}}) {  // a value grown since the query
         const auto& real = platform::realApi();
-        Replace<&Api::RegQueryInfoKeyA> query{[&](Handle key, char* c, Dword* cl, Dword* r, Dword* sk, Dword* msk,
-                                                  Dword* mc, Dword* v, Dword* mvn, Dword* mv, Dword* sd,
-                                                  platform::FileTime* t) {
-            const Status status = real.RegQueryInfoKeyA(key, c, cl, r, sk, msk, mc, v, mvn, mv, sd, t);
+        Replace<&Api::RegQueryInfoKeyA> query{[&](auto... a) {
+            const Status status = real.RegQueryInfoKeyA(a...);
             return row.atQuery ? row.result : status;
         }};
-        Replace<&Api::RegEnumKeyExA> enumKey{[&](Handle key, Dword index, char* n, Dword* nl, Dword* r,
-                                                 char* c, Dword* cl, platform::FileTime* t) {
-            return index == 2 ? row.result : real.RegEnumKeyExA(key, index, n, nl, r, c, cl, t);
+        Replace<&Api::RegEnumKeyExA> enumKey{[&](Handle key, Dword index, auto... rest) {
+            return index == 2 ? row.result : real.RegEnumKeyExA(key, index, rest...);
         }};
-        Replace<&Api::RegEnumValueA> enumValue{[&](Handle key, Dword index, char* n, Dword* nl, Dword* r,
-                                                   Dword* type, std::uint8_t* d, Dword* ds) {
-            return index == 2 ? row.result : real.RegEnumValueA(key, index, n, nl, r, type, d, ds);
+        Replace<&Api::RegEnumValueA> enumValue{[&](Handle key, Dword index, auto... rest) {
+            return index == 2 ? row.result : real.RegEnumValueA(key, index, rest...);
         }};
         const auto key = OpenTestKey(test);
         StringArray names;

@@ -351,12 +351,8 @@ TEST(WriteValue, PlatformResultOfSetValueAndDeleteValue) {
         {
             std::optional<Replace<&Api::RegSetValueExA>> fakeSet;
             std::optional<Replace<&Api::RegDeleteValueA>> fakeDelete;
-            if (row.fake && !row.remove) {
-                fakeSet.emplace([&](Handle, const char*, Dword, Dword, const std::uint8_t*, Dword) {
-                    return *row.fake;
-                });
-            }
-            if (row.fake && row.remove) fakeDelete.emplace([&](Handle, const char*) { return *row.fake; });
+            if (row.fake && !row.remove) fakeSet.emplace([&](auto...) { return *row.fake; });
+            if (row.fake && row.remove) fakeDelete.emplace([&](auto...) { return *row.fake; });
             failure = FailureOf([&] {
                 if (row.remove) {
                     key.DeleteValue(L"v", row.errorOnMissing);
