@@ -125,11 +125,9 @@ TEST(RegistryKey, CountsAndLastErrorTextOfARealKey) {
 }
 
 TEST(RegistryKey, LastErrorTextTakesTheLengthTheSystemGives) {
-    struct Row { Long code; Dword written; const wchar_t* text; int calls; };
-    for (const Row& row : {Row{0, 3, L"OK", 0}, Row{5, 0, L"Undefined Error.", 1}, Row{vqNoAccess, 3, L"Acc", 1}}) {
-        int calls = 0;
-        Replace<&Api::FormatMessageA> fake{[&](Dword, const void*, Dword, Dword, char* buffer, Dword, void*) {
-            ++calls;
+    struct Row { Long code; Dword written; const wchar_t* text; };
+    for (const Row& row : {Row{0, 3, L"OK"}, Row{5, 0, L"Undefined Error."}, Row{vqNoAccess, 3, L"Acc"}}) {
+        Replace<&Api::FormatMessageA> fake{[&](Dword, const void*, Dword, Dword, char* buffer, auto...) {
             std::memcpy(buffer, "Access denied.\r\n", 17);
             return row.written;
         }};
@@ -142,7 +140,6 @@ TEST(RegistryKey, LastErrorTextTakesTheLengthTheSystemGives) {
             key.SetKeyHandle(-1);
         }
         EXPECT_EQ(key.LastErrorText(), row.text) << row.code;
-        EXPECT_EQ(calls, row.calls);
     }
 }
 

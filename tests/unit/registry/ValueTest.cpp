@@ -43,15 +43,9 @@ std::string LittleEndian(std::int64_t number) {
 // Each stored shape, written raw, read back with a default that must not come back.
 TEST(ReadValue, EveryStoredTypeReadsBackByItsOwnRule) {
     ASSERT_EQ(_putenv("OrbexRead=C:\\expanded"), 0);
-    struct Row {
-        const char* name;
-        Dword type;
-        std::string bytes;
-        Variant expected;
-        Long raised = 0;
-        std::size_t queries = 2;  // the probe, and the read when there is one
-        Boolean expand = True;
-        std::size_t size = std::string::npos;  // bytes handed to the platform
+    struct Row {  // queries: the probe, and the read when there is one; size: the bytes handed over
+        const char* name; Dword type; std::string bytes; Variant expected; Long raised = 0;
+        std::size_t queries = 2; Boolean expand = True; std::size_t size = std::string::npos;
     };
     const Long overflow = RunTime::Overflow;
     const Row rows[] = {
@@ -203,12 +197,8 @@ bool Modified(RegistryKey& key, const TestKey& test) {
 TEST(WriteValue, WrittenValuesReadBackAndStoreTheirBytes) {
     ASSERT_EQ(_putenv("OrbexWrite=C:\\expanded"), 0);
     const String v = L"v";
-    struct Row {
-        String name;
-        Variant value;
-        std::optional<Long> type;  // none: the default type
-        Variant readBack;
-        std::optional<std::string> stored = {};  // as the platform keeps it
+    struct Row {  // type none: the default type; stored: the bytes as the platform keeps them
+        String name; Variant value; std::optional<Long> type; Variant readBack; std::optional<std::string> stored = {};
     };
     const Row rows[] = {
         // The platform counts in the terminator that follows the text's bytes.
@@ -314,16 +304,9 @@ TEST(WriteValue, PlatformResultOfSetValueAndDeleteValue) {
     const Failure missing{vqInvalidArgument, L"DeleteValue", L"The value does not exist."};
     const String noAccess = L"The user does not have permission to complete the operation.";
     const Failure setDenied{vqNoAccess, L"SetValue", noAccess}, deleteDenied{vqNoAccess, L"DeleteValue", noAccess};
-    struct Row {
-        bool remove;  // DeleteValue of the value, else SetValue of "new"
-        bool exists;
-        Long root;
-        Dword access;
-        bool closeFirst;
-        std::optional<Status> fake;
-        Boolean errorOnMissing;
-        Failure failure;
-        Long lastError;
+    struct Row {  // remove: DeleteValue of the value, else SetValue of "new"
+        bool remove, exists; Long root; Dword access; bool closeFirst; std::optional<Status> fake;
+        Boolean errorOnMissing; Failure failure; Long lastError;
     };
     for (const Row& row : {
              Row{false, true, user, KeyAllAccess, false, {}, False, NoFailure, 0},
