@@ -7,6 +7,7 @@
 #include "frame/RaisedError.h"
 
 #include <cwctype>
+#include <new>
 
 namespace orbex {
 namespace {
@@ -73,6 +74,7 @@ Boolean FileLib::FileExists(const String& filename) const {
         result = toBoolean(search.found());
     } catch (const RaisedError&) {
         // Whatever fails inside the search leaves the answer as it stood.
+    } catch (const std::bad_alloc&) {
     }
     return result;
 }
@@ -86,6 +88,7 @@ Boolean FileLib::FolderExists(const String& folder) const {
         result = toBoolean(search.found() && (data.dwFileAttributes & DirectoryBit) != 0);
     } catch (const RaisedError&) {
         // As in FileExists.
+    } catch (const std::bad_alloc&) {
     }
     return result;
 }

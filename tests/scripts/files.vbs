@@ -41,7 +41,8 @@ Check lib.DriveReady("C:\"), "DriveReady C:\"
 Dim temp, top, made
 temp = lib.GetSpecialFolder(-1)
 Check Right(temp, 1) = "\", "the temporary folder ends in a backslash"
-top = temp & "OrbexScript" & Int(Rnd * 1000000)
+Randomize
+top = temp & "OrbexScript" & Int(Rnd * 1000000000)
 made = lib.CreateFolder(top & "\one\two")
 Check made, "CreateFolder makes every level"
 Check lib.FolderExists(top & "\one\two\"), "FolderExists with a trailing backslash"
