@@ -1,5 +1,6 @@
 // FileLib as a C++ client meets it: drive lists as String() arrays from 0, folder sizes as
 // Currency, default arguments filled by Invoke, and a platform code raised by CurrentFolder.
+// The parsers are shown from VBScript (tests/scripts/files.vbs).
 #include "ClientSupport.h"
 
 #include <algorithm>
@@ -108,30 +109,6 @@ TEST_F(FileLibClient, GetFolderSizeIsCurrency) {
     ASSERT_EQ(Call(lib_.get(), L"FormatSize", DISPATCH_METHOD, {amount}, &text), S_OK);
     ASSERT_EQ(text.vt, VT_BSTR);
     EXPECT_EQ(Text(text.bstrVal), L"1.50 KB");
-}
-
-TEST_F(FileLibClient, ParsersAndFolderTestsThroughIDispatch) {
-    const struct {
-        const wchar_t* member;
-        const wchar_t* argument;
-        const wchar_t* result;
-    } rows[] = {
-        {L"ParseFilenameRoot", L"\\\\Server\\Share\\Dir\\File.txt", L"\\\\Server\\Share\\"},
-        {L"ParseFilenamePath", L"C:\\Dir\\File.txt", L"C:\\Dir\\"},
-        {L"ParseFilename", L" C:\\Dir\\File.txt ", L"File.txt"},
-        {L"ParseFilenameExt", L"C:\\Dir.old\\File", L"old\\File"},
-    };
-    for (const auto& row : rows) {
-        Variant result;
-        ASSERT_EQ(Call(lib_.get(), row.member, DISPATCH_METHOD, {Bstr(row.argument)}, &result), S_OK) << row.member;
-        ASSERT_EQ(result.vt, VT_BSTR);
-        EXPECT_EQ(Text(result.bstrVal), row.result) << row.member;
-    }
-    BSTR folder = SysAllocString(folder_.c_str());
-    VARIANT_BOOL exists = VARIANT_FALSE;
-    ASSERT_EQ(lib_->FolderExists(folder, &exists), S_OK);
-    EXPECT_EQ(exists, VARIANT_TRUE);
-    SysFreeString(folder);
 }
 
 TEST_F(FileLibClient, SettingAMissingCurrentFolderRaisesThePlatformCode) {
