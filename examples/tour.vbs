@@ -92,4 +92,18 @@ WScript.Echo "  Computer: " & sysLib.ComputerName & ", user " & sysLib.UserName
 WScript.Echo "  A new GUID: " & sysLib.GetGUID
 
 WScript.Echo ""
+WScript.Echo "Files and disks"
+Dim files, windowsFolder, notepad, disk
+Set files = CreateObject("Orbex.FileLib")
+windowsFolder = files.GetSpecialFolder(36)                 ' vqSFWindows
+WScript.Echo "  Windows folder: " & windowsFolder & " on root " & files.ParseFilenameRoot(windowsFolder)
+Set notepad = files.FileInfo(windowsFolder & "\notepad.exe")
+WScript.Echo "  notepad.exe: " & files.FormatSize(notepad.Size) & ", written " & notepad.LastWriteDate & _
+             ", extension " & files.ParseFilenameExt(notepad.Filename)
+Set disk = files.DiskInfo("C:\")
+WScript.Echo "  " & disk.RootName & " " & disk.FileSystem & ", serial " & disk.SerialNumberHex & ", " & _
+             files.FormatSize(disk.TotalBytesFree) & " free of " & files.FormatSize(disk.TotalBytes)
+WScript.Echo "  files directly in the Windows folder: " & files.FormatSize(files.GetFolderSize(windowsFolder, False))
+
+WScript.Echo ""
 WScript.Echo "Tour complete."
