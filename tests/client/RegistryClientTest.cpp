@@ -92,8 +92,12 @@ TEST_F(RegistryClient, ValuesComeBackWithTheirSubtypes) {
         ASSERT_EQ(key_->GetValueEx(Name(row.name), &dataType, missing, VARIANT_FALSE, &value), S_OK);
         EXPECT_EQ(V_VT(&value), row.type);
         EXPECT_EQ(dataType, row.dataType);
-        if (row.type & VT_ARRAY) EXPECT_EQ(BoundsOf(V_ARRAY(&value)), row.bounds);
-        if (row.type == VT_CY) EXPECT_EQ(V_CY(&value).int64, -10000);
+        if (row.type & VT_ARRAY) {
+            EXPECT_EQ(BoundsOf(V_ARRAY(&value)), row.bounds);
+        }
+        if (row.type == VT_CY) {
+            EXPECT_EQ(V_CY(&value).int64, -10000);
+        }
     }
 }
 
