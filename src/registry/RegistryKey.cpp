@@ -49,19 +49,11 @@ Long RegistryKey::SubKeyCount() {
     return QueryCount(false);
 }
 
-// Asks for every figure of the key and keeps one. The class buffer holds "0" but is announced
-// as empty, so the platform writes no class text into it.
+// Asks for every figure of the key and keeps one; a failed query leaves the count at 0.
 Long RegistryKey::QueryCount(bool values) {
-    char className[] = "0";
-    platform::Dword classLength = 0;
-    platform::Dword subKeys = 0, maxSubKeyLength = 0, maxClassLength = 0, valueCount = 0;
-    platform::Dword maxValueNameLength = 0, maxValueLength = 0, securityDescriptorSize = 0;
-    platform::FileTime lastWriteTime{};
-    lastError_ = platform::api().RegQueryInfoKeyA(
-        ToPlatform(keyHandle_), className, &classLength, nullptr, &subKeys,
-        &maxSubKeyLength, &maxClassLength, &valueCount, &maxValueNameLength, &maxValueLength,
-        &securityDescriptorSize, &lastWriteTime);
-    return static_cast<Long>(values ? valueCount : subKeys);
+    KeyFigures figures;
+    lastError_ = QueryFigures(keyHandle_, figures);
+    return static_cast<Long>(values ? figures.values : figures.subKeys);
 }
 
 String RegistryKey::Name() const {

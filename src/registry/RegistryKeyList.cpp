@@ -15,23 +15,6 @@ namespace {
 
 using platform::Dword;
 
-struct KeyFigures {
-    Dword subKeys = 0, maxSubKeyLength = 0, maxClassLength = 0, values = 0;
-    Dword maxValueNameLength = 0, maxValueLength = 0, securityDescriptorSize = 0;
-};
-
-// The class buffer holds "0" but is announced as empty, so no class text is written into it.
-Long QueryFigures(Long handle, KeyFigures& figures) {
-    char className[] = "0";
-    Dword classLength = 0;
-    platform::FileTime lastWriteTime{};
-    return platform::api().RegQueryInfoKeyA(
-        ToPlatform(handle), className, &classLength, nullptr, &figures.subKeys,
-        &figures.maxSubKeyLength, &figures.maxClassLength, &figures.values,
-        &figures.maxValueNameLength, &figures.maxValueLength, &figures.securityDescriptorSize,
-        &lastWriteTime);
-}
-
 // Nothing to list, told apart from one entry by its lower bound.
 StringArray EmptyList() {
     return StringArray{-1, {String{}}};
@@ -56,6 +39,18 @@ StringArray FetchNames(Long& lastError, Dword count, Dword longestName, Fetch fe
 }
 
 }  // namespace
+
+// The class buffer holds "0" but is announced as empty, so no class text is written into it.
+Long QueryFigures(Long handle, KeyFigures& figures) {
+    char className[] = "0";
+    Dword classLength = 0;
+    platform::FileTime lastWriteTime{};
+    return platform::api().RegQueryInfoKeyA(
+        ToPlatform(handle), className, &classLength, nullptr, &figures.subKeys,
+        &figures.maxSubKeyLength, &figures.maxClassLength, &figures.values,
+        &figures.maxValueNameLength, &figures.maxValueLength, &figures.securityDescriptorSize,
+        &lastWriteTime);
+}
 
 // The fetch passes no class buffer: the platform may refuse an entry whose class text does not
 // fit a buffer it is given, even one announced as empty, and only the name is wanted.
