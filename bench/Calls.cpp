@@ -1,0 +1,5 @@
+#include "Bench.h"
+
+namespace bench {
+void AddCallCases(Suite&) {}
+}  // namespace bench

@@ -1,0 +1,1 @@
+WScript.Echo "#note" & vbTab & "calls" & vbTab & "stub"
