@@ -1,7 +1,7 @@
 #include "Invoke.h"
 
+#include <array>
 #include <cstring>
-#include <vector>
 
 namespace orbex::com {
 namespace {
@@ -106,27 +106,26 @@ void writeBack(VARIANT* callerArgument, VARIANT* value) {
     }
 }
 
+// The most parameters a member has, with its result: the call's slots live on the stack, so a
+// call allocates nothing of its own.
+constexpr size_t MaxSlots = 8;
+
 struct Call {
     const MemberInfo& member;
     DISPPARAMS& parameters;
-    std::vector<VARIANT> values;      // each argument in its declared type, owned
-    std::vector<VARIANT> arguments;   // what the vtable call receives: a value or a pointer
-    std::vector<VARIANTARG*> pointers;
-    std::vector<VARTYPE> types;
-    std::vector<VARIANT*> callerArguments;  // the caller's argument per parameter, or nullptr
-    std::vector<bool> passThrough;    // the caller's own typed reference went through unchanged
+    size_t slots;
+    std::array<VARIANT, MaxSlots> values{};      // each argument in its declared type, owned
+    std::array<VARIANT, MaxSlots> arguments{};   // what the vtable call receives: a value or a pointer
+    std::array<VARIANTARG*, MaxSlots> pointers{};
+    std::array<VARTYPE, MaxSlots> types{};
+    std::array<VARIANT*, MaxSlots> callerArguments{};  // the caller's argument per parameter, or nullptr
+    std::array<bool, MaxSlots> borrowed{};       // the slot holds the caller's own text or typed reference
 
-    Call(const MemberInfo& m, DISPPARAMS& p) : member(m), parameters(p) {
-        const size_t count = m.parameters.size() + (m.hasResult ? 1 : 0);
-        values.assign(count, VARIANT{});
-        arguments.assign(count, VARIANT{});
-        pointers.resize(count);
-        types.resize(count);
-        callerArguments.assign(m.parameters.size(), nullptr);
-        passThrough.assign(m.parameters.size(), false);
-    }
+    Call(const MemberInfo& m, DISPPARAMS& p)
+        : member(m), parameters(p), slots(m.parameters.size() + (m.hasResult ? 1 : 0)) {}
     ~Call() {
-        for (VARIANT& value : values) VariantClear(&value);  // a by-reference value frees nothing
+        for (size_t i = 0; i < MaxSlots; ++i)
+            if (!borrowed[i]) VariantClear(&values[i]);  // a by-reference value frees nothing
     }
 
     // Matches the caller's positional and named arguments to parameters.
@@ -135,6 +134,7 @@ struct Call {
         const UINT total = parameters.cArgs;
         const UINT positional = total - named;
         const size_t count = member.parameters.size();
+        if (slots > MaxSlots) return DISP_E_BADPARAMCOUNT;
         const bool put = member.kind == INVOKE_PROPERTYPUT || member.kind == INVOKE_PROPERTYPUTREF;
         if (positional > count) return DISP_E_BADPARAMCOUNT;
         for (UINT i = 0; i < positional; ++i) callerArguments[i] = &parameters.rgvarg[total - 1 - i];
@@ -159,24 +159,28 @@ struct Call {
             const ParameterInfo& parameter = member.parameters[i];
             VARIANT* caller = callerArguments[i];
             VARIANT& value = values[i];
-            HRESULT hr;
+            const VARIANT* given = caller ? dereference(caller) : nullptr;
+            HRESULT hr = S_OK;
             if (caller && parameter.byReference && parameter.type != VT_VARIANT &&
                 V_VT(caller) == (VT_BYREF | parameter.type)) {
                 // The caller's own typed variable: the member works on it in place.
-                passThrough[i] = true;
+                borrowed[i] = true;
                 V_VT(&value) = V_VT(caller);
                 V_BYREF(&value) = V_BYREF(caller);
-                hr = S_OK;
+            } else if (given && !parameter.byReference && parameter.type == VT_BSTR && V_VT(given) == VT_BSTR) {
+                // A text passed by value is only read: the member reads the caller's own, uncopied.
+                borrowed[i] = true;
+                V_VT(&value) = VT_BSTR;
+                V_BSTR(&value) = V_BSTR(given);
             } else {
-                hr = caller && !isMissing(dereference(caller)) ? convert(caller, parameter, &value)
-                                                                : fillMissing(parameter, &value);
+                hr = given && !isMissing(given) ? convert(caller, parameter, &value) : fillMissing(parameter, &value);
             }
             if (FAILED(hr)) {
                 if (argumentError) *argumentError = positionOf(caller);
                 return hr;
             }
             VARIANT& argument = arguments[i];
-            if (passThrough[i]) {
+            if (borrowed[i]) {
                 argument = value;
                 types[i] = V_VT(&value);
             } else if (parameter.byReference) {
@@ -190,7 +194,7 @@ struct Call {
             pointers[i] = &argument;
         }
         if (member.hasResult) {
-            const size_t last = values.size() - 1;
+            const size_t last = slots - 1;
             V_VT(&values[last]) = member.result.type;
             VARIANT& argument = arguments[last];
             V_VT(&argument) = VT_BYREF | member.result.type;
@@ -231,7 +235,7 @@ HRESULT InvokeMember(const DispatchTable& table, void* self, DISPID id, WORD fla
 
     VARIANT returned;
     VariantInit(&returned);
-    hr = DispCallFunc(self, member->vtableOffset, CC_STDCALL, VT_ERROR, static_cast<UINT>(call.pointers.size()),
+    hr = DispCallFunc(self, member->vtableOffset, CC_STDCALL, VT_ERROR, static_cast<UINT>(call.slots),
                       call.types.data(), call.pointers.data(), &returned);
     if (FAILED(hr)) return hr;
     hr = V_ERROR(&returned);
@@ -241,13 +245,14 @@ HRESULT InvokeMember(const DispatchTable& table, void* self, DISPID id, WORD fla
         return DISP_E_EXCEPTION;
     }
     for (size_t i = 0; i < member->parameters.size(); ++i) {
-        if (member->parameters[i].byReference && !call.passThrough[i] && call.callerArguments[i])
+        if (member->parameters[i].byReference && !call.borrowed[i] && call.callerArguments[i])
             writeBack(call.callerArguments[i], &call.values[i]);
     }
     if (member->hasResult && result) {
         VariantClear(result);
-        *result = call.values.back();
-        V_VT(&call.values.back()) = VT_EMPTY;
+        VARIANT& value = call.values[call.slots - 1];
+        *result = value;
+        V_VT(&value) = VT_EMPTY;
     }
     return S_OK;
 }
