@@ -46,6 +46,10 @@ inline void CheckHr(HRESULT hr, const std::string& what) {
 // Runs a command line as a child process, output discarded, and waits for it; its exit code.
 DWORD RunProcess(const std::string& commandLine);
 
+// Removes what an interrupted run left under HKCU\`branch` now, and everything there at the end,
+// with the common parent once no other area has keys under it.
+void ClaimRegistryBranch(Suite& suite, const char* branch);
+
 // Creates an Orbex class by ProgID as a script would; the caller releases it.
 IDispatch* CreateByProgId(const wchar_t* progId);
 // IDispatch::GetIDsOfNames for one name.
@@ -70,6 +74,15 @@ struct Variant : VARIANT {
     ~Variant() { VariantClear(this); }
     Variant(const Variant&) = delete;
     Variant& operator=(const Variant&) = delete;
+};
+
+// A BSTR for the length of a call.
+struct Text {
+    BSTR b;
+    explicit Text(const wchar_t* s) : b(SysAllocString(s)) {}
+    ~Text() { SysFreeString(b); }
+    Text(const Text&) = delete;
+    Text& operator=(const Text&) = delete;
 };
 
 // A string array's element count, checking its bounds' form.

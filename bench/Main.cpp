@@ -22,6 +22,8 @@ double Now() {
     return static_cast<double>(t.QuadPart) / frequency;
 }
 
+constexpr DWORD SettleMilliseconds = 300;
+
 void RunRound(const Case& c, int round) {
     const size_t count = c.contenders.size();
     for (size_t k = 0; k < count; ++k) {
@@ -31,6 +33,9 @@ void RunRound(const Case& c, int round) {
         contender.run();
         const double seconds = Now() - start;
         if (contender.after) contender.after();
+        // Let what the contender left behind (a child process winding down, the Wine server's
+        // housekeeping) finish before its rival starts.
+        Sleep(SettleMilliseconds);
         std::printf("%s\t%s\t%d\t%.9f\n", c.name.c_str(), contender.name.c_str(), round, seconds);
         std::fflush(stdout);
     }

@@ -24,6 +24,15 @@ DWORD RunProcess(const std::string& commandLine) {
     return code;
 }
 
+void ClaimRegistryBranch(Suite& suite, const char* branch) {
+    const auto clean = [branch] {
+        RegDeleteTreeA(HKEY_CURRENT_USER, branch);
+        RegDeleteKeyA(HKEY_CURRENT_USER, "Software\\OrbexBench");
+    };
+    clean();
+    suite.cleanups.push_back(clean);
+}
+
 IDispatch* CreateByProgId(const wchar_t* progId) {
     CLSID clsid;
     CheckHr(CLSIDFromProgID(progId, &clsid), "CLSIDFromProgID");
