@@ -77,12 +77,12 @@ struct Variant : VARIANT {
 };
 
 // A BSTR for the length of a call.
-struct Text {
+struct Bstr {
     BSTR b;
-    explicit Text(const wchar_t* s) : b(SysAllocString(s)) {}
-    ~Text() { SysFreeString(b); }
-    Text(const Text&) = delete;
-    Text& operator=(const Text&) = delete;
+    explicit Bstr(const wchar_t* s) : b(SysAllocString(s)) {}
+    ~Bstr() { SysFreeString(b); }
+    Bstr(const Bstr&) = delete;
+    Bstr& operator=(const Bstr&) = delete;
 };
 
 // A string array's element count, checking its bounds' form.

@@ -82,7 +82,7 @@ Ref<_RegistryKey> OrbexKey(const std::wstring& path) {
     Ref<IDispatch> object(CreateByProgId(L"Orbex.RegLib"));
     Ref<_RegLib> lib;
     CheckHr(object->QueryInterface(IID__RegLib, reinterpret_cast<void**>(lib.put())), "QueryInterface _RegLib");
-    Text none(L""), name(path.c_str());
+    Bstr none(L""), name(path.c_str());
     Ref<_RegistryKey> user, key;
     CheckHr(lib->get_CurrentUser(none.b, user.put()), "CurrentUser");
     CheckHr(user->OpenSubKey(name.b, VARIANT_FALSE, key.put()), "OpenSubKey");
@@ -95,7 +95,7 @@ void PrepareWmi(Listed& listed, const wchar_t* method) {
     Ref<IWbemLocator> locator;
     CheckHr(CoCreateInstance(CLSID_WbemLocator, nullptr, CLSCTX_INPROC_SERVER, IID_IWbemLocator,
                              reinterpret_cast<void**>(locator.put())), "WbemLocator");
-    Text space(L"root\\default"), provider(L"StdRegProv");
+    Bstr space(L"root\\default"), provider(L"StdRegProv");
     CheckHr(locator->ConnectServer(space.b, nullptr, nullptr, nullptr, 0, nullptr, nullptr, listed.wmi.put()),
             "ConnectServer");
     Ref<IWbemClassObject> type, signature;
@@ -145,7 +145,7 @@ Case ListingCase(const std::string& caseName, const std::string& leaf, bool valu
         CheckCount(ArrayCount(V_ARRAY(&result)), "Orbex IDispatch");
     }});
     c.contenders.push_back({"WMI StdRegProv", [listed, wmiMethod] {
-        Text provider(L"StdRegProv"), method(wmiMethod);
+        Bstr provider(L"StdRegProv"), method(wmiMethod);
         Ref<IWbemClassObject> out;
         CheckHr(listed->wmi->ExecMethod(provider.b, method.b, 0, nullptr, listed->wmiIn.get(), out.put(), nullptr),
                 "ExecMethod");

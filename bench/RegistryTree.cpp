@@ -133,7 +133,7 @@ struct Tree {
 
 Ref<_RegistryKey> OrbexKey(_RegistryKey* user, const std::wstring& path) {
     Ref<_RegistryKey> key;
-    CheckHr(user->OpenSubKey(Text(path.c_str()).b, VARIANT_FALSE, key.put()), "OpenSubKey");
+    CheckHr(user->OpenSubKey(Bstr(path.c_str()).b, VARIANT_FALSE, key.put()), "OpenSubKey");
     Check(key.get() != nullptr, "Orbex opens the tree's keys");
     return key;
 }
@@ -153,7 +153,7 @@ void AddRegistryTreeCases(Suite& suite) {
         Ref<_RegLib> lib;
         CheckHr(object->QueryInterface(IID__RegLib, reinterpret_cast<void**>(lib.put())), "QueryInterface _RegLib");
         Ref<_RegistryKey> user;
-        CheckHr(lib->get_CurrentUser(Text(L"").b, user.put()), "CurrentUser");
+        CheckHr(lib->get_CurrentUser(Bstr(L"").b, user.put()), "CurrentUser");
         tree->orbexBase = OrbexKey(user.get(), WideBase);
         tree->orbexSource = OrbexKey(user.get(), std::wstring(WideBase) + L"\\Source");
     }
@@ -163,7 +163,7 @@ void AddRegistryTreeCases(Suite& suite) {
                                [tree] { tree->VerifyAndDrop("FloorCopy"); }});
     copy.contenders.push_back({"Orbex vtable", [tree] {
         Ref<_RegistryKey> created;
-        CheckHr(tree->orbexSource->CopySubKey(Text(L"OrbexCopy").b, created.put()), "CopySubKey");
+        CheckHr(tree->orbexSource->CopySubKey(Bstr(L"OrbexCopy").b, created.put()), "CopySubKey");
         Check(created.get() != nullptr, "CopySubKey gives the new key");
     }, {}, [tree] { tree->VerifyAndDrop("OrbexCopy"); }});
     const std::string regCopy = std::string("reg.exe copy ") + RegKey + "Source " + RegKey + "RegCopy /s /f";
@@ -179,7 +179,7 @@ void AddRegistryTreeCases(Suite& suite) {
         gone("RegDeleteTreeA");
     }, make});
     remove.contenders.push_back({"Orbex vtable", [tree, gone] {
-        CheckHr(tree->orbexBase->DeleteSubKeyTree(Text(L"Doomed").b, VARIANT_FALSE), "DeleteSubKeyTree");
+        CheckHr(tree->orbexBase->DeleteSubKeyTree(Bstr(L"Doomed").b, VARIANT_FALSE), "DeleteSubKeyTree");
         gone("DeleteSubKeyTree");
     }, make});
     const std::string regDelete = std::string("reg.exe delete ") + RegKey + "Doomed /f";
