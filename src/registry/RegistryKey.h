@@ -6,7 +6,9 @@
 #include "frame/Types.h"
 #include "frame/Variant.h"
 
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace orbex {
 
@@ -119,6 +121,13 @@ private:
     void CopyValuesTo(RegistryKey& destination, Transfer transfer, const wchar_t* member);
     void CopyValueTo(const String& name, RegistryKey& destination, const String& targetName, Transfer transfer,
                      const wchar_t* member);
+    struct ListedValue {
+        String name;
+        std::uint32_t type;
+        std::vector<std::uint8_t> data;
+    };
+    std::vector<ListedValue> ListValues();
+    static void WriteValues(const std::vector<ListedValue>& values, RegistryKey& destination);
     void CarryRawValue(const String& name, RegistryKey& destination, const String& targetName,
                        const wchar_t* member);
     bool Contains(const RegistryKey& other) const;

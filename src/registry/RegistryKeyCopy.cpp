@@ -2,10 +2,12 @@
 // through unchanged. A rename is a copy followed by a delete; before it deletes anything it
 // makes sure the copy is whole: every read and write of the move is checked, values of types
 // the typed members cannot carry travel byte for byte, and targets inside the source are
-// refused before anything is written.
+// refused before anything is written. A copy takes its values from one listing per key, which
+// raises what GetValueNames would, and writes them through SetValue.
 #include "RegistryKey.h"
 
 #include "KeyHandles.h"
+#include "StoredValue.h"
 #include "frame/Ansi.h"
 #include "frame/RaisedError.h"
 #include "platform/Api.h"
@@ -127,15 +129,62 @@ void RegistryKey::CopySubKeys(RegistryKey& destination, Transfer transfer, const
         if (!created) Raise(vqInvalidOperation, member, RegistryText::SubKeyNotCreated);
         std::unique_ptr<RegistryKey> source = OpenSubKey(name, False);
         if (!source) Raise(vqInvalidArgument, member, RegistryText::SubKeyMissing);
-        source->CopyValuesTo(*created, transfer, member);
-        source->CopyTree(*created, transfer, member);
+        if (transfer == Transfer::Copy) {
+            // The sub-key's values, then its sub-keys. Writing the same values again after the
+            // sub-keys, as a plain composition of the members would, changes nothing.
+            WriteValues(source->ListValues(), *created);
+            source->CopySubKeys(*created, transfer, member);
+        } else {
+            source->CopyValuesTo(*created, transfer, member);
+            source->CopyTree(*created, transfer, member);
+        }
     }
 }
 
+// A copy takes each value's type and data from the listing that names it; a move reads every
+// value on its own, checked, and carries untyped ones byte for byte.
 void RegistryKey::CopyValuesTo(RegistryKey& destination, Transfer transfer, const wchar_t* member) {
+    if (transfer == Transfer::Copy) return WriteValues(ListValues(), destination);
     const StringArray names = GetValueNames();
     if (!HasEntries(names)) return;
     for (const String& name : names.items) CopyValueTo(name, destination, name, transfer, member);
+}
+
+// The listing GetValueNames makes, with the type and data each fetch brings along; nothing on
+// any failed fetch, and the same failures raised.
+std::vector<RegistryKey::ListedValue> RegistryKey::ListValues() {
+    if (!IsValidHandle(rootKey_)) Raise(vqInvalidRegistryKey, L"GetValueNames", RegistryText::KeyClosed);
+    KeyFigures figures;
+    lastError_ = QueryFigures(keyHandle_, figures);
+    std::vector<ListedValue> values;
+    if (lastError_ == 0 && static_cast<Long>(figures.values) >= 1) {
+        const platform::Handle key = ToPlatform(keyHandle_);
+        values.reserve(figures.values);
+        std::string name(std::size_t{figures.maxValueNameLength} + 1, '\0');
+        std::vector<std::uint8_t> data(std::size_t{figures.maxValueLength} + 1);
+        for (platform::Dword index = 0; index < figures.values; ++index) {
+            platform::Dword length = figures.maxValueNameLength + 1, type = 0, size = figures.maxValueLength;
+            data[0] = 0;
+            lastError_ = platform::api().RegEnumValueA(key, index, name.data(), &length, nullptr, &type,
+                                                       data.data(), &size);
+            if (lastError_ != 0) {
+                values.clear();
+                break;
+            }
+            values.push_back({FromAnsi(name.data(), length), type, {data.begin(), data.begin() + size}});
+        }
+    }
+    if (lastError_ == RegistryAccessDenied) Raise(vqNoAccess, L"GetValueNames", RegistryText::NoAccess);
+    return values;
+}
+
+// Each value as GetValueEx reads it unexpanded, written under its own type.
+void RegistryKey::WriteValues(const std::vector<ListedValue>& values, RegistryKey& destination) {
+    for (const ListedValue& value : values) {
+        const auto size = static_cast<platform::Dword>(value.data.size());
+        destination.SetValue(value.name, StoredValue(value.type, value.data.data(), size, False),
+                             static_cast<Long>(value.type));
+    }
 }
 
 // A typed read and a typed write. A move also checks both, and carries a value of a type the
