@@ -14,6 +14,7 @@ void ToVariant(const Variant& value, VARIANT* out);  // `out` must be empty or i
 
 StringArray ToStringArray(SAFEARRAY* array);
 SAFEARRAY* ToSafeArray(const StringArray& array);
+SAFEARRAY* ToSafeArray(const NulSeparatedList& list);
 
 inline Currency ToCurrency(CY value) { return Currency{value.int64}; }
 inline CY ToCy(Currency value) { CY cy; cy.int64 = value.scaled; return cy; }

@@ -45,4 +45,11 @@ struct BoundedArray {
 using StringArray = BoundedArray<String>;
 using ByteArray = BoundedArray<Byte>;
 
+// Texts with lower bound 0, end to end in one text and each but the last followed by a NUL; ""
+// holds none. The form the platform's lists arrive in: the client's array is made straight from
+// it, without a text of its own per item on the way.
+struct NulSeparatedList {
+    String text;
+};
+
 }  // namespace orbex

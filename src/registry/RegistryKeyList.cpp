@@ -20,20 +20,22 @@ StringArray EmptyList() {
     return StringArray{-1, {String{}}};
 }
 
-// Fetches `count` names by index into an array sized once. `fetch(index, buffer, length)` fills
-// a fresh buffer of the longest name plus one and reports the length; that length is applied
-// to the text after its conversion back, as for every narrow buffer. The first failure, kept
-// in `lastError`, gives the empty list.
+// Fetches `count` names by index into an array sized once. `fetch(index, buffer, length)` gets
+// a buffer of the longest name plus one, all NULs, with that length, and reports the name's
+// length; that length is applied to the text after its conversion back, as for every narrow
+// buffer. The one buffer is cleared again for every index. The first failure, kept in
+// `lastError`, gives the empty list.
 template <class Fetch>
 StringArray FetchNames(Long& lastError, Dword count, Dword longestName, Fetch fetch) {
     if (static_cast<Long>(count) < 1) return EmptyList();
     StringArray names{0, std::vector<String>(count)};
+    std::string buffer;
     for (Dword index = 0; index < count; ++index) {
-        std::string buffer(std::size_t{longestName} + 1, '\0');
+        buffer.assign(std::size_t{longestName} + 1, '\0');
         Dword length = longestName + 1;
         lastError = fetch(index, buffer.data(), &length);
         if (lastError != 0) return EmptyList();
-        names.items[index] = FromAnsi(buffer).substr(0, length);
+        names.items[index] = FromAnsiBuffer(buffer, length);
     }
     return names;
 }
