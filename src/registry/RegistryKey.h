@@ -7,6 +7,7 @@
 #include "frame/Variant.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -127,6 +128,9 @@ private:
         std::vector<std::uint8_t> data;
     };
     std::vector<ListedValue> ListValues();
+    // GetValueNames, showing `keep` each value's type and data as the listing fetches them.
+    using ValueKeeper = std::function<void(std::uint32_t type, const std::uint8_t* data, std::uint32_t size)>;
+    StringArray ListValueNames(const ValueKeeper& keep);
     static void WriteValues(const std::vector<ListedValue>& values, RegistryKey& destination);
     void CarryRawValue(const String& name, RegistryKey& destination, const String& targetName,
                        const wchar_t* member);

@@ -150,31 +150,14 @@ void RegistryKey::CopyValuesTo(RegistryKey& destination, Transfer transfer, cons
     for (const String& name : names.items) CopyValueTo(name, destination, name, transfer, member);
 }
 
-// The listing GetValueNames makes, with the type and data each fetch brings along; nothing on
-// any failed fetch, and the same failures raised.
+// GetValueNames' listing, each name with the type and data its fetch brought along.
 std::vector<RegistryKey::ListedValue> RegistryKey::ListValues() {
-    if (!IsValidHandle(rootKey_)) Raise(vqInvalidRegistryKey, L"GetValueNames", RegistryText::KeyClosed);
-    KeyFigures figures;
-    lastError_ = QueryFigures(keyHandle_, figures);
     std::vector<ListedValue> values;
-    if (lastError_ == 0 && static_cast<Long>(figures.values) >= 1) {
-        const platform::Handle key = ToPlatform(keyHandle_);
-        values.reserve(figures.values);
-        std::string name(std::size_t{figures.maxValueNameLength} + 1, '\0');
-        std::vector<std::uint8_t> data(std::size_t{figures.maxValueLength} + 1);
-        for (platform::Dword index = 0; index < figures.values; ++index) {
-            platform::Dword length = figures.maxValueNameLength + 1, type = 0, size = figures.maxValueLength;
-            data[0] = 0;
-            lastError_ = platform::api().RegEnumValueA(key, index, name.data(), &length, nullptr, &type,
-                                                       data.data(), &size);
-            if (lastError_ != 0) {
-                values.clear();
-                break;
-            }
-            values.push_back({FromAnsi(name.data(), length), type, {data.begin(), data.begin() + size}});
-        }
-    }
-    if (lastError_ == RegistryAccessDenied) Raise(vqNoAccess, L"GetValueNames", RegistryText::NoAccess);
+    const StringArray names = ListValueNames([&](std::uint32_t type, const std::uint8_t* data, std::uint32_t size) {
+        values.push_back({String(), type, {data, data + size}});
+    });
+    if (!HasEntries(names)) return {};
+    for (std::size_t index = 0; index < values.size(); ++index) values[index].name = names.items[index];
     return values;
 }
 

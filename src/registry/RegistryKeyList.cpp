@@ -78,9 +78,14 @@ StringArray RegistryKey::GetSubKeyNames() {
     return names;
 }
 
-// Each value's data is fetched too, into one buffer that fits the longest, and thrown away; a
-// value that grew since the query no longer fits and empties the list like any failed fetch.
 StringArray RegistryKey::GetValueNames() {
+    return ListValueNames([](std::uint32_t, const std::uint8_t*, std::uint32_t) {});
+}
+
+// Each value's data is fetched too, into one buffer that fits the longest, and handed to `keep`
+// with its type; a value that grew since the query no longer fits and empties the list like
+// any failed fetch.
+StringArray RegistryKey::ListValueNames(const ValueKeeper& keep) {
     if (!IsValidHandle(rootKey_)) {
         Raise(vqInvalidRegistryKey, L"GetValueNames", RegistryText::KeyClosed);
     }
@@ -95,8 +100,10 @@ StringArray RegistryKey::GetValueNames() {
                            [&](Dword index, char* name, Dword* length) {
                                Dword type = 0, dataSize = longestData;
                                data[0] = 0;
-                               return platform::api().RegEnumValueA(key, index, name, length,
+                               const Long result = platform::api().RegEnumValueA(key, index, name, length,
                                    nullptr, &type, data.data(), &dataSize);
+                               if (result == 0) keep(type, data.data(), dataSize);
+                               return result;
                            });
     }
     if (lastError_ == RegistryAccessDenied) {
