@@ -1,7 +1,9 @@
 #include "Invoke.h"
 
 #include <array>
+#include <cstdint>
 #include <cstring>
+#include <utility>
 
 namespace orbex::com {
 namespace {
@@ -124,8 +126,8 @@ struct Call {
     Call(const MemberInfo& m, DISPPARAMS& p)
         : member(m), parameters(p), slots(m.parameters.size() + (m.hasResult ? 1 : 0)) {}
     ~Call() {
-        for (size_t i = 0; i < MaxSlots; ++i)
-            if (!borrowed[i]) VariantClear(&values[i]);  // a by-reference value frees nothing
+        for (size_t i = 0; i < slots && i < MaxSlots; ++i)
+            if (!borrowed[i]) VariantClear(&values[i]);  // a borrowed value is the caller's to free
     }
 
     // Matches the caller's positional and named arguments to parameters.
@@ -211,6 +213,57 @@ struct Call {
     }
 };
 
+#if defined(__i386__)
+// Calls the member in vtable slot `offset` as DispCallFunc would; its result is the member's.
+// Wine's DispCallFunc allocates the argument block on the heap at every call, which costs as much
+// as the rest of Invoke. On 32-bit x86 the arguments are only stack words in order, which the
+// member pops (stdcall), so a call through a pointer taking as many words is the same call.
+// Elsewhere arguments go to registers by their types, and DispCallFunc places them.
+using Word = std::uint32_t;
+constexpr size_t MaxWords = MaxSlots * sizeof(VARIANT) / sizeof(Word);
+
+template <size_t Count>
+HRESULT callWords(void* function, void* self, const Word* words) {
+    return [&]<size_t... I>(std::index_sequence<I...>) {
+        using Member = HRESULT(STDMETHODCALLTYPE*)(void*, decltype(I, Word{})...);
+        return reinterpret_cast<Member>(function)(self, words[I]...);
+    }(std::make_index_sequence<Count>());
+}
+
+template <size_t... Count>
+constexpr auto wordCallers(std::index_sequence<Count...>) {
+    return std::array{&callWords<Count>...};
+}
+
+HRESULT callMember(void* self, SHORT offset, size_t count, const VARTYPE* types, VARIANTARG* const* arguments) {
+    static constexpr auto callers = wordCallers(std::make_index_sequence<MaxWords + 1>());
+    std::array<Word, MaxWords> words;
+    size_t used = 0;
+    for (size_t i = 0; i < count; ++i) {
+        // A value lies at the start of the union; the narrow ones fill a word of their own.
+        size_t size = sizeof(Word);
+        const void* value = payload(arguments[i]);
+        switch (types[i]) {
+        case VT_VARIANT: case VT_DECIMAL: size = sizeof(VARIANT), value = arguments[i]; break;
+        case VT_CY: case VT_R8: case VT_DATE: case VT_I8: case VT_UI8: size = 8; break;
+        default: break;
+        }
+        std::memcpy(&words[used], value, size);
+        used += size / sizeof(Word);
+    }
+    void* function = (*static_cast<void***>(self))[offset / sizeof(void*)];
+    return callers[used](function, self, words.data());
+}
+#else
+HRESULT callMember(void* self, SHORT offset, size_t count, VARTYPE* types, VARIANTARG** arguments) {
+    VARIANT returned;
+    VariantInit(&returned);
+    const HRESULT hr = DispCallFunc(self, offset, CC_STDCALL, VT_ERROR, static_cast<UINT>(count), types,
+                                    arguments, &returned);
+    return FAILED(hr) ? hr : V_ERROR(&returned);
+}
+#endif
+
 void fillException(HRESULT failure, EXCEPINFO* exception) {
     std::memset(exception, 0, sizeof *exception);
     exception->scode = failure;
@@ -233,12 +286,7 @@ HRESULT InvokeMember(const DispatchTable& table, void* self, DISPID id, WORD fla
     if (SUCCEEDED(hr)) hr = call.prepare(argumentError);
     if (FAILED(hr)) return hr;
 
-    VARIANT returned;
-    VariantInit(&returned);
-    hr = DispCallFunc(self, member->vtableOffset, CC_STDCALL, VT_ERROR, static_cast<UINT>(call.slots),
-                      call.types.data(), call.pointers.data(), &returned);
-    if (FAILED(hr)) return hr;
-    hr = V_ERROR(&returned);
+    hr = callMember(self, member->vtableOffset, call.slots, call.types.data(), call.pointers.data());
     if (FAILED(hr)) {
         if (!exception) return hr;
         fillException(hr, exception);

@@ -7,6 +7,8 @@
 namespace orbex::com {
 
 String ToString(BSTR text);
+// The text read in place, for a member that only reads it during the call.
+inline StringView ToView(BSTR text) { return text ? StringView(text, SysStringLen(text)) : StringView(); }
 BSTR ToBstr(const String& text);
 
 Variant ToValue(const VARIANT& value);

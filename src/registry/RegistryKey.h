@@ -101,6 +101,10 @@ private:
 
     Long QueryCount(bool values);
 
+    // Deleting
+    void DeleteOpenKey(RegistryKey& target, bool mayHaveSubKeys);
+    bool DeleteTree(const String& name, Boolean errorOnMissingSubKey);
+
     // Opening: run on a new key whose machine name, root and path are set.
     bool ConnectAndOpen(bool writeable, bool create);
     bool ConnectRoot(const String& machineName);
