@@ -40,7 +40,7 @@ void RegistryKey::DeleteSubKeyTree(const String& name, Boolean errorOnMissingSub
 
 // Depth first, children before their parent. Each level's names are fetched before its first
 // child goes, so deleting does not disturb the index order being walked. Below the top level a
-// child that vanished meanwhile is passed over. True when the sub-key went.
+// child that vanished meanwhile is passed over. True when the sub-key is known to be gone.
 bool RegistryKey::DeleteTree(const String& name, Boolean errorOnMissingSubKey) {
     const auto target = OpenSubKey(name, True);
     if (!target) {
