@@ -127,6 +127,9 @@ def main():
         out.append(f"| {target} | {figure} | {verdict} |")
     out.append("")
     out += sections
+    # What the figures mean and what was done to reach them: kept beside the script, by hand.
+    notes = os.path.join(os.path.dirname(os.path.abspath(__file__)), "notes.md")
+    out.append(open(notes, encoding="utf-8").read())
     print("\n".join(out))
 
 

@@ -1,10 +1,12 @@
 # Sourced by the scripts: the private Wine prefix of one architecture's build tree.
-# usage: wine_env i686|x86_64
+# usage: wine_env i686|x86_64 [BUILD-TREE, default build/<arch>]
+# No desktop process: the script host would start one, which waits 10 s for a service that
+# does not come up headless, and then holds the caller's output open until it exits itself.
 wine_env() {
     local arch=$1
-    export WINEPREFIX="$PWD/build/$arch/wineprefix"
+    export WINEPREFIX="$PWD/${2:-build/$arch}/wineprefix"
     export WINEDEBUG=-all
-    export WINEDLLOVERRIDES="mscoree,mshtml="
+    export WINEDLLOVERRIDES="mscoree,mshtml=;explorer.exe=d"
     if [ "$arch" = i686 ]; then
         export WINEARCH=win32 WINE=/usr/lib/wine/wine
     else

@@ -9,7 +9,7 @@ elseif(NOT DEFINED VERSION)
     set(WINEBOOT_ARGS --update)
 endif()
 set(WINE_RUN ${CMAKE_COMMAND} -E env WINEPREFIX=${PREFIX} WINEARCH=${WINEARCH} WINEDEBUG=-all
-    WINEDLLOVERRIDES=mscoree,mshtml= ${WINE})
+    "WINEDLLOVERRIDES=mscoree,mshtml=\;explorer.exe=d" ${WINE})
 if(DEFINED WINEBOOT_ARGS)
     execute_process(
         COMMAND ${WINE_RUN} wineboot ${WINEBOOT_ARGS}

@@ -55,9 +55,12 @@ public:
         (*info)->AddRef();
         return S_OK;
     }
+    // A script host asks for the name before every call: a lone member name is answered from
+    // the table; argument names and unknown names go to the type info.
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
         const DispatchTable* table = Table();
         if (!table) return TYPE_E_CANTLOADLIBRARY;
+        if (count == 1 && names && names[0] && ids && table->idOf(names[0], ids)) return S_OK;
         return DispGetIDsOfNames(table->typeInfo(), names, count, ids);
     }
     STDMETHODIMP Invoke(DISPID id, REFIID riid, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,

@@ -94,13 +94,13 @@ public:
     }
 
 private:
-    using TextMember = String (FileLib::*)(const String&) const;
+    using TextMember = String (FileLib::*)(StringView) const;
     using TestMember = Boolean (FileLib::*)(const String&) const;
 
     static VARIANT_BOOL Flag(Boolean value) { return static_cast<VARIANT_BOOL>(toBoolean(isTrue(value))); }
 
     HRESULT Text(TextMember member, BSTR argument, BSTR* result) noexcept {
-        return Out(result, [&] { return ToBstr((lib_.*member)(ToString(argument))); });
+        return Out(result, [&] { return ToBstr((lib_.*member)(ToView(argument))); });
     }
     HRESULT Test(TestMember member, BSTR argument, VARIANT_BOOL* result) noexcept {
         return Out(result, [&] { return Flag((lib_.*member)(ToString(argument))); });

@@ -1,7 +1,9 @@
 #include "Invoke.h"
 
+#include <array>
+#include <cstdint>
 #include <cstring>
-#include <vector>
+#include <utility>
 
 namespace orbex::com {
 namespace {
@@ -106,27 +108,26 @@ void writeBack(VARIANT* callerArgument, VARIANT* value) {
     }
 }
 
+// The most parameters a member has, with its result: the call's slots live on the stack, so a
+// call allocates nothing of its own.
+constexpr size_t MaxSlots = 8;
+
 struct Call {
     const MemberInfo& member;
     DISPPARAMS& parameters;
-    std::vector<VARIANT> values;      // each argument in its declared type, owned
-    std::vector<VARIANT> arguments;   // what the vtable call receives: a value or a pointer
-    std::vector<VARIANTARG*> pointers;
-    std::vector<VARTYPE> types;
-    std::vector<VARIANT*> callerArguments;  // the caller's argument per parameter, or nullptr
-    std::vector<bool> passThrough;    // the caller's own typed reference went through unchanged
+    size_t slots;
+    std::array<VARIANT, MaxSlots> values{};      // each argument in its declared type, owned
+    std::array<VARIANT, MaxSlots> arguments{};   // what the vtable call receives: a value or a pointer
+    std::array<VARIANTARG*, MaxSlots> pointers{};
+    std::array<VARTYPE, MaxSlots> types{};
+    std::array<VARIANT*, MaxSlots> callerArguments{};  // the caller's argument per parameter, or nullptr
+    std::array<bool, MaxSlots> borrowed{};       // the slot holds the caller's own text or typed reference
 
-    Call(const MemberInfo& m, DISPPARAMS& p) : member(m), parameters(p) {
-        const size_t count = m.parameters.size() + (m.hasResult ? 1 : 0);
-        values.assign(count, VARIANT{});
-        arguments.assign(count, VARIANT{});
-        pointers.resize(count);
-        types.resize(count);
-        callerArguments.assign(m.parameters.size(), nullptr);
-        passThrough.assign(m.parameters.size(), false);
-    }
+    Call(const MemberInfo& m, DISPPARAMS& p)
+        : member(m), parameters(p), slots(m.parameters.size() + (m.hasResult ? 1 : 0)) {}
     ~Call() {
-        for (VARIANT& value : values) VariantClear(&value);  // a by-reference value frees nothing
+        for (size_t i = 0; i < slots && i < MaxSlots; ++i)
+            if (!borrowed[i]) VariantClear(&values[i]);  // a borrowed value is the caller's to free
     }
 
     // Matches the caller's positional and named arguments to parameters.
@@ -135,6 +136,7 @@ struct Call {
         const UINT total = parameters.cArgs;
         const UINT positional = total - named;
         const size_t count = member.parameters.size();
+        if (slots > MaxSlots) return DISP_E_BADPARAMCOUNT;
         const bool put = member.kind == INVOKE_PROPERTYPUT || member.kind == INVOKE_PROPERTYPUTREF;
         if (positional > count) return DISP_E_BADPARAMCOUNT;
         for (UINT i = 0; i < positional; ++i) callerArguments[i] = &parameters.rgvarg[total - 1 - i];
@@ -159,24 +161,28 @@ struct Call {
             const ParameterInfo& parameter = member.parameters[i];
             VARIANT* caller = callerArguments[i];
             VARIANT& value = values[i];
-            HRESULT hr;
+            const VARIANT* given = caller ? dereference(caller) : nullptr;
+            HRESULT hr = S_OK;
             if (caller && parameter.byReference && parameter.type != VT_VARIANT &&
                 V_VT(caller) == (VT_BYREF | parameter.type)) {
                 // The caller's own typed variable: the member works on it in place.
-                passThrough[i] = true;
+                borrowed[i] = true;
                 V_VT(&value) = V_VT(caller);
                 V_BYREF(&value) = V_BYREF(caller);
-                hr = S_OK;
+            } else if (given && !parameter.byReference && parameter.type == VT_BSTR && V_VT(given) == VT_BSTR) {
+                // A text passed by value is only read: the member reads the caller's own, uncopied.
+                borrowed[i] = true;
+                V_VT(&value) = VT_BSTR;
+                V_BSTR(&value) = V_BSTR(given);
             } else {
-                hr = caller && !isMissing(dereference(caller)) ? convert(caller, parameter, &value)
-                                                                : fillMissing(parameter, &value);
+                hr = given && !isMissing(given) ? convert(caller, parameter, &value) : fillMissing(parameter, &value);
             }
             if (FAILED(hr)) {
                 if (argumentError) *argumentError = positionOf(caller);
                 return hr;
             }
             VARIANT& argument = arguments[i];
-            if (passThrough[i]) {
+            if (borrowed[i]) {
                 argument = value;
                 types[i] = V_VT(&value);
             } else if (parameter.byReference) {
@@ -190,7 +196,7 @@ struct Call {
             pointers[i] = &argument;
         }
         if (member.hasResult) {
-            const size_t last = values.size() - 1;
+            const size_t last = slots - 1;
             V_VT(&values[last]) = member.result.type;
             VARIANT& argument = arguments[last];
             V_VT(&argument) = VT_BYREF | member.result.type;
@@ -206,6 +212,57 @@ struct Call {
         return caller ? static_cast<UINT>(caller - parameters.rgvarg) : 0;
     }
 };
+
+#if defined(__i386__)
+// Calls the member in vtable slot `offset` as DispCallFunc would; its result is the member's.
+// Wine's DispCallFunc allocates the argument block on the heap at every call, which costs as much
+// as the rest of Invoke. On 32-bit x86 the arguments are only stack words in order, which the
+// member pops (stdcall), so a call through a pointer taking as many words is the same call.
+// Elsewhere arguments go to registers by their types, and DispCallFunc places them.
+using Word = std::uint32_t;
+constexpr size_t MaxWords = MaxSlots * sizeof(VARIANT) / sizeof(Word);
+
+template <size_t Count>
+HRESULT callWords(void* function, void* self, const Word* words) {
+    return [&]<size_t... I>(std::index_sequence<I...>) {
+        using Member = HRESULT(STDMETHODCALLTYPE*)(void*, decltype(I, Word{})...);
+        return reinterpret_cast<Member>(function)(self, words[I]...);
+    }(std::make_index_sequence<Count>());
+}
+
+template <size_t... Count>
+constexpr auto wordCallers(std::index_sequence<Count...>) {
+    return std::array{&callWords<Count>...};
+}
+
+HRESULT callMember(void* self, SHORT offset, size_t count, const VARTYPE* types, VARIANTARG* const* arguments) {
+    static constexpr auto callers = wordCallers(std::make_index_sequence<MaxWords + 1>());
+    std::array<Word, MaxWords> words;
+    size_t used = 0;
+    for (size_t i = 0; i < count; ++i) {
+        // A value lies at the start of the union; the narrow ones fill a word of their own.
+        size_t size = sizeof(Word);
+        const void* value = payload(arguments[i]);
+        switch (types[i]) {
+        case VT_VARIANT: case VT_DECIMAL: size = sizeof(VARIANT), value = arguments[i]; break;
+        case VT_CY: case VT_R8: case VT_DATE: case VT_I8: case VT_UI8: size = 8; break;
+        default: break;
+        }
+        std::memcpy(&words[used], value, size);
+        used += size / sizeof(Word);
+    }
+    void* function = (*static_cast<void***>(self))[offset / sizeof(void*)];
+    return callers[used](function, self, words.data());
+}
+#else
+HRESULT callMember(void* self, SHORT offset, size_t count, VARTYPE* types, VARIANTARG** arguments) {
+    VARIANT returned;
+    VariantInit(&returned);
+    const HRESULT hr = DispCallFunc(self, offset, CC_STDCALL, VT_ERROR, static_cast<UINT>(count), types,
+                                    arguments, &returned);
+    return FAILED(hr) ? hr : V_ERROR(&returned);
+}
+#endif
 
 void fillException(HRESULT failure, EXCEPINFO* exception) {
     std::memset(exception, 0, sizeof *exception);
@@ -229,25 +286,21 @@ HRESULT InvokeMember(const DispatchTable& table, void* self, DISPID id, WORD fla
     if (SUCCEEDED(hr)) hr = call.prepare(argumentError);
     if (FAILED(hr)) return hr;
 
-    VARIANT returned;
-    VariantInit(&returned);
-    hr = DispCallFunc(self, member->vtableOffset, CC_STDCALL, VT_ERROR, static_cast<UINT>(call.pointers.size()),
-                      call.types.data(), call.pointers.data(), &returned);
-    if (FAILED(hr)) return hr;
-    hr = V_ERROR(&returned);
+    hr = callMember(self, member->vtableOffset, call.slots, call.types.data(), call.pointers.data());
     if (FAILED(hr)) {
         if (!exception) return hr;
         fillException(hr, exception);
         return DISP_E_EXCEPTION;
     }
     for (size_t i = 0; i < member->parameters.size(); ++i) {
-        if (member->parameters[i].byReference && !call.passThrough[i] && call.callerArguments[i])
+        if (member->parameters[i].byReference && !call.borrowed[i] && call.callerArguments[i])
             writeBack(call.callerArguments[i], &call.values[i]);
     }
     if (member->hasResult && result) {
         VariantClear(result);
-        *result = call.values.back();
-        V_VT(&call.values.back()) = VT_EMPTY;
+        VARIANT& value = call.values[call.slots - 1];
+        *result = value;
+        V_VT(&value) = VT_EMPTY;
     }
     return S_OK;
 }

@@ -2,6 +2,7 @@
 
 #include "Module.h"
 
+#include <algorithm>
 #include <array>
 #include <new>
 
@@ -122,8 +123,29 @@ DispatchTable::DispatchTable(ITypeInfo* dispatchSide, ITypeInfo* typeInfo)
                 member.parameters.push_back(parameter);
             }
         }
+        const bool named = std::any_of(names_.begin(), names_.end(),
+                                       [&](const Name& n) { return n.id == member.id; });
+        BSTR name = nullptr;
+        UINT count = 0;
+        if (!named && SUCCEEDED(typeInfo->GetNames(member.id, &name, 1, &count)) && count == 1) {
+            names_.push_back({std::wstring(name, SysStringLen(name)), member.id});
+        }
+        SysFreeString(name);
         members_.push_back(std::move(member));
     }
+}
+
+bool DispatchTable::idOf(const OLECHAR* name, DISPID* id) const {
+    const auto fold = [](wchar_t c) { return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - 32) : c; };
+    for (const Name& candidate : names_) {
+        size_t i = 0;
+        while (i < candidate.text.size() && name[i] && fold(name[i]) == fold(candidate.text[i])) ++i;
+        if (i == candidate.text.size() && !name[i]) {
+            *id = candidate.id;
+            return true;
+        }
+    }
+    return false;
 }
 
 DispatchTable::~DispatchTable() {

@@ -7,6 +7,7 @@
 #include <oaidl.h>
 
 #include <atomic>
+#include <string>
 #include <vector>
 
 namespace orbex::com {
@@ -40,10 +41,18 @@ public:
     ITypeInfo* typeInfo() const { return typeInfo_.get(); }
     // The member a call with these flags means, or nullptr.
     const MemberInfo* find(DISPID id, WORD flags) const;
+    // The dispatch id of a member name, compared without regard to ASCII case; false when no
+    // member has that name (the caller then asks the type info, which also knows other spellings).
+    bool idOf(const OLECHAR* name, DISPID* id) const;
 
 private:
+    struct Name {
+        std::wstring text;
+        MEMBERID id;
+    };
     ComPtr<ITypeInfo> typeInfo_;
     std::vector<MemberInfo> members_;
+    std::vector<Name> names_;  // one per member id: a property's reader and writer share theirs
 };
 
 // The library's type library; nullptr only if the module's resource cannot be loaded.

@@ -1,7 +1,9 @@
 #include "Values.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
+#include <string_view>
 
 namespace orbex::com {
 namespace {
@@ -11,6 +13,25 @@ UniqueSafeArray CreateVector(VARTYPE type, Long lower, std::size_t count) {
     UniqueSafeArray array(SafeArrayCreate(type, 1, &bound));
     if (!array) throw std::bad_alloc();
     return array;
+}
+
+// A String array of `count` elements from `lower` on; element i is a BSTR of `item(i)`, asked for
+// in order.
+template <class Item>
+SAFEARRAY* StringVector(Long lower, std::size_t count, Item item) {
+    UniqueSafeArray out = CreateVector(VT_BSTR, lower, count);
+    BSTR* data = nullptr;
+    SafeArrayAccessData(out.get(), reinterpret_cast<void**>(&data));
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::wstring_view text = item(i);
+        data[i] = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+        if (!data[i]) {
+            SafeArrayUnaccessData(out.get());
+            throw std::bad_alloc();
+        }
+    }
+    SafeArrayUnaccessData(out.get());
+    return out.release();
 }
 
 template <class Element, class Convert>
@@ -53,18 +74,22 @@ StringArray ToStringArray(SAFEARRAY* array) {
 }
 
 SAFEARRAY* ToSafeArray(const StringArray& array) {
-    UniqueSafeArray out = CreateVector(VT_BSTR, array.lower, array.items.size());
-    BSTR* data = nullptr;
-    SafeArrayAccessData(out.get(), reinterpret_cast<void**>(&data));
-    for (std::size_t i = 0; i < array.items.size(); ++i) {
-        data[i] = SysAllocStringLen(array.items[i].data(), static_cast<UINT>(array.items[i].size()));
-        if (!data[i]) {
-            SafeArrayUnaccessData(out.get());
-            throw std::bad_alloc();
-        }
-    }
-    SafeArrayUnaccessData(out.get());
-    return out.release();
+    return StringVector(array.lower, array.items.size(),
+                        [&](std::size_t i) { return std::wstring_view(array.items[i]); });
+}
+
+// Each item runs from where the one before ended up to the next NUL or the end.
+SAFEARRAY* ToSafeArray(const NulSeparatedList& list) {
+    const std::wstring_view text = list.text;
+    const auto nuls = static_cast<std::size_t>(std::count(text.begin(), text.end(), L'\0'));
+    const std::size_t count = text.empty() ? 0 : nuls + 1;
+    std::size_t start = 0;
+    return StringVector(0, count, [&](std::size_t) {
+        const std::size_t end = std::min(text.find(L'\0', start), text.size());
+        const std::wstring_view item = text.substr(start, end - start);
+        start = end + 1;
+        return item;
+    });
 }
 
 Variant ToValue(const VARIANT& value) {

@@ -7,6 +7,8 @@
 namespace orbex::com {
 
 String ToString(BSTR text);
+// The text read in place, for a member that only reads it during the call.
+inline StringView ToView(BSTR text) { return text ? StringView(text, SysStringLen(text)) : StringView(); }
 BSTR ToBstr(const String& text);
 
 Variant ToValue(const VARIANT& value);
@@ -14,6 +16,7 @@ void ToVariant(const Variant& value, VARIANT* out);  // `out` must be empty or i
 
 StringArray ToStringArray(SAFEARRAY* array);
 SAFEARRAY* ToSafeArray(const StringArray& array);
+SAFEARRAY* ToSafeArray(const NulSeparatedList& list);
 
 inline Currency ToCurrency(CY value) { return Currency{value.int64}; }
 inline CY ToCy(Currency value) { CY cy; cy.int64 = value.scaled; return cy; }

@@ -136,10 +136,10 @@ public:
     Boolean DeleteFolder(const String& folder) const;  // only an empty folder goes
 
     // Pure text: nothing is looked up on disk, only the backslash separates levels.
-    String ParseFilenameRoot(const String& filename) const;
-    String ParseFilenamePath(const String& filename) const;
-    String ParseFilename(const String& filename) const;
-    String ParseFilenameExt(const String& filename) const;
+    String ParseFilenameRoot(StringView filename) const;
+    String ParseFilenamePath(StringView filename) const;
+    String ParseFilename(StringView filename) const;
+    String ParseFilenameExt(StringView filename) const;
 
     // These four ask the platform and never raise.
     Boolean FileExists(const String& filename) const;

@@ -53,7 +53,7 @@ String ShowFileDialog(DialogCall show, Long hWnd, const String& title, const Str
     // The buffer holds the path, or with a multiple selection the folder and the names, each
     // ended by a NUL, then the blanks that were there before. The blanks go, and so do the
     // NULs that end the text: the inner NULs stay as the separators of the list.
-    String chosen = TrimBlanks(filelib::FromBuffer(file));
+    String chosen{TrimBlanks(filelib::FromBuffer(file))};
     while (!chosen.empty() && chosen.back() == L'\0') chosen.pop_back();
     return chosen;
 }

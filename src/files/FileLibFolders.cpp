@@ -67,8 +67,8 @@ Boolean FileLib::CreateFolder(const String& newFolder, const String& templateFol
     const String root = ParseFilenameRoot(newFolder);
     if (root.empty()) RaiseRunTime(RunTime::InvalidArgument);  // a relative path has no start
 
-    const String trimmed = TrimBlanks(newFolder);
-    const String rest = root.size() < trimmed.size() ? trimmed.substr(root.size()) : String{};
+    const StringView trimmed = TrimBlanks(newFolder);
+    const String rest{root.size() < trimmed.size() ? trimmed.substr(root.size()) : StringView{}};
     String path = root.substr(0, root.size() - 1);  // C:\ gives C:, \\Server\Share\ gives \\Server\Share
 
     Boolean result = False;

@@ -14,7 +14,7 @@ namespace {
 
 // Positions count from 1 and live in an Integer: one beyond 32767 overflows.
 Integer Position(std::size_t index) {
-    if (index == String::npos) return 0;
+    if (index == StringView::npos) return 0;
     return ToInteger(ToLong(static_cast<std::int64_t>(index) + 1));
 }
 
@@ -27,43 +27,43 @@ String Lower(const String& text) {
 
 }  // namespace
 
-String FileLib::ParseFilenameRoot(const String& filename) const {
-    const String t = TrimBlanks(filename);
+String FileLib::ParseFilenameRoot(StringView filename) const {
+    const StringView t = TrimBlanks(filename);
     if (t.size() < 2) return String{};
     // A colon in second place makes a drive root whatever stands before it.
-    if (t[1] == L':') return t.substr(0, 2) + L"\\";
+    if (t[1] == L':') return String{t.substr(0, 2)} + L"\\";
     if (t.size() < 5) return String{};
     if (t.compare(0, 2, L"\\\\") != 0) return String{};
 
     const Integer p1 = Position(t.find(L'\\', 2));
     if (p1 <= 3) return String{};  // a bare server name, or a third backslash
-    const String server = t.substr(0, static_cast<std::size_t>(p1));
+    const StringView server = t.substr(0, static_cast<std::size_t>(p1));
 
     const Integer afterServer = CheckedAdd(p1, Integer{1});
     Integer p2 = Position(t.find(L'\\', static_cast<std::size_t>(afterServer) - 1));
     if (p2 == 0) p2 = ToInteger(CheckedAdd(ToLong(static_cast<std::int64_t>(t.size())), Long{1}));
-    const String share = t.substr(static_cast<std::size_t>(p1), static_cast<std::size_t>(p2 - p1 - 1));
-    return server + share + L"\\";
+    const StringView share = t.substr(static_cast<std::size_t>(p1), static_cast<std::size_t>(p2 - p1 - 1));
+    return String{server}.append(share) + L"\\";
 }
 
-String FileLib::ParseFilenamePath(const String& filename) const {
-    const String t = TrimBlanks(filename);
+String FileLib::ParseFilenamePath(StringView filename) const {
+    const StringView t = TrimBlanks(filename);
     const Integer p = Position(t.rfind(L'\\'));
-    return p >= 1 ? t.substr(0, static_cast<std::size_t>(p)) : t;
+    return String{p >= 1 ? t.substr(0, static_cast<std::size_t>(p)) : t};
 }
 
-String FileLib::ParseFilename(const String& filename) const {
-    const String t = TrimBlanks(filename);
+String FileLib::ParseFilename(StringView filename) const {
+    const StringView t = TrimBlanks(filename);
     const Integer p = Position(t.rfind(L'\\'));
-    if (p < 1) return t;
-    return t.substr(static_cast<std::size_t>(CheckedAdd(p, Integer{1})) - 1);
+    if (p < 1) return String{t};
+    return String{t.substr(static_cast<std::size_t>(CheckedAdd(p, Integer{1})) - 1)};
 }
 
-String FileLib::ParseFilenameExt(const String& filename) const {
-    const String t = TrimBlanks(filename);
+String FileLib::ParseFilenameExt(StringView filename) const {
+    const StringView t = TrimBlanks(filename);
     const Integer p = Position(t.rfind(L'.'));
     if (p < 1) return String{};
-    return t.substr(static_cast<std::size_t>(CheckedAdd(p, Integer{1})) - 1);
+    return String{t.substr(static_cast<std::size_t>(CheckedAdd(p, Integer{1})) - 1)};
 }
 
 Boolean FileLib::FileExists(const String& filename) const {

@@ -49,6 +49,23 @@ String FromAnsi(const std::string& text) {
     return FromAnsi(text.data(), text.size());
 }
 
+// Converting just the first count + 1 bytes gives the same first characters as converting the
+// whole buffer when each of those bytes made one character and the last is ASCII: no character
+// then straddles the cut, in any code page. Every list of a single-byte code page ends so, in
+// its NUL; anything else converts the whole buffer.
+String FromAnsiBuffer(const std::string& buffer, std::size_t count) {
+    const std::size_t head = count < buffer.size() ? count + 1 : buffer.size();
+    String text(head, L'\0');
+    const std::int32_t length = CallLength(head);
+    const bool sameAsWhole =
+        head == 0 || (platform::api().MultiByteToWideChar(AnsiCodePage, 0, buffer.data(), length,
+                                                          text.data(), length) == length &&
+                      static_cast<unsigned char>(buffer[head - 1]) < 0x80);
+    if (!sameAsWhole) text = FromAnsi(buffer);
+    if (text.size() > count) text.resize(count);
+    return text;
+}
+
 String AnsiRoundTrip(const String& text) {
     return FromAnsi(ToAnsi(text));
 }

@@ -11,6 +11,10 @@ std::string ToAnsi(const String& text);
 String FromAnsi(const std::string& text);
 String FromAnsi(const char* text, std::size_t length);
 
+// The first `count` characters of the text of a whole buffer the platform filled: how every
+// narrow buffer is read back, cut to the length the platform reported.
+String FromAnsiBuffer(const std::string& buffer, std::size_t count);
+
 // The text as it comes back from a round trip through the code page.
 String AnsiRoundTrip(const String& text);
 

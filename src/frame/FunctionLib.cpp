@@ -25,7 +25,7 @@ String CutAtLastNul(const String& text, Integer nulCount) {
 }
 
 String StripTrailingBackslash(const String& text) {
-    String trimmed = TrimBlanks(text);
+    String trimmed{TrimBlanks(text)};
     if (!trimmed.empty() && trimmed.back() == L'\\') trimmed.pop_back();
     return trimmed;
 }
@@ -34,9 +34,9 @@ Integer LowWordToInteger(Long value) {
     return static_cast<Integer>(static_cast<std::uint16_t>(value & 0xFFFF));
 }
 
-String TrimBlanks(const String& text) {
+StringView TrimBlanks(StringView text) {
     const std::size_t first = text.find_first_not_of(L' ');
-    if (first == String::npos) return String{};
+    if (first == StringView::npos) return StringView{};
     const std::size_t last = text.find_last_not_of(L' ');
     return text.substr(first, last - first + 1);
 }

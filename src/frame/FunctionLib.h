@@ -16,8 +16,8 @@ String StripTrailingBackslash(const String& text);
 // The low 16 bits as a signed Integer.
 Integer LowWordToInteger(Long value);
 
-// Trims blanks (U+0020 only) from both ends.
-String TrimBlanks(const String& text);
+// Trims blanks (U+0020 only) from both ends: a view into `text`.
+StringView TrimBlanks(StringView text);
 
 // Splits at every occurrence of a separator, keeping empty pieces; "" gives no pieces.
 StringArray SplitText(const String& text, wchar_t separator);

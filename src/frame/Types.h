@@ -2,6 +2,7 @@
 #pragma once
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orbex {
@@ -19,6 +20,8 @@ constexpr Boolean toBoolean(bool value) { return value ? True : False; }
 
 // Counted UTF-16 text; may hold NULs. "" and a missing string are the same text.
 using String = std::wstring;
+// Text read in place, for a member that only reads its argument.
+using StringView = std::wstring_view;
 
 // The value times 10000, as a 64-bit integer.
 struct Currency {
@@ -44,5 +47,12 @@ struct BoundedArray {
 
 using StringArray = BoundedArray<String>;
 using ByteArray = BoundedArray<Byte>;
+
+// Texts with lower bound 0, end to end in one text and each but the last followed by a NUL; ""
+// holds none. The form the platform's lists arrive in: the client's array is made straight from
+// it, without a text of its own per item on the way.
+struct NulSeparatedList {
+    String text;
+};
 
 }  // namespace orbex

@@ -39,9 +39,9 @@ public:
 
     // Lists with lower bound 0; nothing to list gives upper bound -1. A list that doesn't fit
     // BufferSize arrives cut, without any sign.
-    StringArray GetSectionNames(const String& INIFile = L"");
-    StringArray GetSectionKeys(const String& Section, const String& INIFile = L"");
-    StringArray GetSection(const String& Section, const String& INIFile = L"");  // key=value lines
+    NulSeparatedList GetSectionNames(const String& INIFile = L"");
+    NulSeparatedList GetSectionKeys(const String& Section, const String& INIFile = L"");
+    NulSeparatedList GetSection(const String& Section, const String& INIFile = L"");  // key=value lines
 
     // Replaces the whole section with the given lines, from lower to upper bound, unread.
     // Bounds and the loop counter are Integers (overflow 6 before anything is written).

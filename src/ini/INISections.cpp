@@ -6,7 +6,6 @@
 
 #include "frame/Ansi.h"
 #include "frame/Checked.h"
-#include "frame/FunctionLib.h"
 #include "frame/RaisedError.h"
 #include "platform/Api.h"
 
@@ -17,21 +16,21 @@ namespace {
 
 constexpr Long PlatformFailed = -1;
 
-// One list read: a buffer of `size` blanks, one platform call, one cut, one split. The cut
-// drops the last item's NUL; when the platform cut a list that didn't fit, it drops the
-// character before the cut as well, and the caller gets no sign of either.
+// One list read: a buffer of `size` blanks, one platform call, one cut; the items stay in the
+// one text. The cut drops the last item's NUL; when the platform cut a list that didn't fit, it
+// drops the character before the cut as well, and the caller gets no sign of either.
 template <class Fill>
-StringArray ReadList(Long size, const wchar_t* source, const wchar_t* description, Fill fill) {
+NulSeparatedList ReadList(Long size, const wchar_t* source, const wchar_t* description, Fill fill) {
     std::string buffer = ini::Blanks(size);
     const Long written = static_cast<Long>(fill(buffer.data(), static_cast<platform::Dword>(size)));
     if (written == PlatformFailed) Raise(0, source, description);
-    if (written == 0) return StringArray{};
-    return SplitText(ini::BufferText(buffer, CheckedSub(written, 1)), L'\0');
+    if (written == 0) return NulSeparatedList{};
+    return NulSeparatedList{ini::BufferText(buffer, CheckedSub(written, 1))};
 }
 
 }  // namespace
 
-StringArray INILib::GetSectionNames(const String& INIFile) {
+NulSeparatedList INILib::GetSectionNames(const String& INIFile) {
     const std::string file = ToAnsi(FileFor(INIFile));
     return ReadList(bufferSize_, L"INILib:GetSectionNames", L"Error retrieving INI section names.",
                     [&](char* buffer, platform::Dword size) {
@@ -40,7 +39,7 @@ StringArray INILib::GetSectionNames(const String& INIFile) {
                     });
 }
 
-StringArray INILib::GetSectionKeys(const String& Section, const String& INIFile) {
+NulSeparatedList INILib::GetSectionKeys(const String& Section, const String& INIFile) {
     const std::string file = ToAnsi(FileFor(INIFile));
     const std::string section = ToAnsi(Section);
     return ReadList(bufferSize_, L"INILib:GetSectionKeys", L"Error retrieving INI section keys.",
@@ -53,9 +52,9 @@ StringArray INILib::GetSectionKeys(const String& Section, const String& INIFile)
 // Its failure names GetStringSection, not the member: clients match on that Source as it is.
 // A buffer of size 0 holds no list, and the platform isn't asked: Wine's GetPrivateProfileSectionA
 // writes two bytes at (size - 2) whatever the size, which for 0 is outside any buffer.
-StringArray INILib::GetSection(const String& Section, const String& INIFile) {
+NulSeparatedList INILib::GetSection(const String& Section, const String& INIFile) {
     const std::string file = ToAnsi(FileFor(INIFile));
-    if (bufferSize_ == 0) return StringArray{};
+    if (bufferSize_ == 0) return NulSeparatedList{};
     const std::string section = ToAnsi(Section);
     return ReadList(bufferSize_, L"INILib:GetStringSection", L"Error retrieving INI section.",
                     [&](char* buffer, platform::Dword size) {

@@ -18,7 +18,7 @@ inline std::string Blanks(Long count) {
 // The first `count` characters of the buffer's text; a negative count is an invalid argument.
 inline String BufferText(const std::string& buffer, Long count) {
     if (count < 0) RaiseRunTime(RunTime::InvalidArgument);
-    return FromAnsi(buffer).substr(0, static_cast<std::size_t>(count));
+    return FromAnsiBuffer(buffer, static_cast<std::size_t>(count));
 }
 
 }  // namespace orbex::ini

@@ -6,7 +6,10 @@
 #include "frame/Types.h"
 #include "frame/Variant.h"
 
+#include <cstdint>
+#include <functional>
 #include <memory>
+#include <vector>
 
 namespace orbex {
 
@@ -98,6 +101,10 @@ private:
 
     Long QueryCount(bool values);
 
+    // Deleting
+    void DeleteOpenKey(RegistryKey& target, bool mayHaveSubKeys);
+    bool DeleteTree(const String& name, Boolean errorOnMissingSubKey);
+
     // Opening: run on a new key whose machine name, root and path are set.
     bool ConnectAndOpen(bool writeable, bool create);
     bool ConnectRoot(const String& machineName);
@@ -119,6 +126,16 @@ private:
     void CopyValuesTo(RegistryKey& destination, Transfer transfer, const wchar_t* member);
     void CopyValueTo(const String& name, RegistryKey& destination, const String& targetName, Transfer transfer,
                      const wchar_t* member);
+    struct ListedValue {
+        String name;
+        std::uint32_t type;
+        std::vector<std::uint8_t> data;
+    };
+    std::vector<ListedValue> ListValues();
+    // GetValueNames, showing `keep` each value's type and data as the listing fetches them.
+    using ValueKeeper = std::function<void(std::uint32_t type, const std::uint8_t* data, std::uint32_t size)>;
+    StringArray ListValueNames(const ValueKeeper& keep);
+    static void WriteValues(const std::vector<ListedValue>& values, RegistryKey& destination);
     void CarryRawValue(const String& name, RegistryKey& destination, const String& targetName,
                        const wchar_t* member);
     bool Contains(const RegistryKey& other) const;

@@ -2,10 +2,12 @@
 // through unchanged. A rename is a copy followed by a delete; before it deletes anything it
 // makes sure the copy is whole: every read and write of the move is checked, values of types
 // the typed members cannot carry travel byte for byte, and targets inside the source are
-// refused before anything is written.
+// refused before anything is written. A copy takes its values from one listing per key, which
+// raises what GetValueNames would, and writes them through SetValue.
 #include "RegistryKey.h"
 
 #include "KeyHandles.h"
+#include "StoredValue.h"
 #include "frame/Ansi.h"
 #include "frame/RaisedError.h"
 #include "platform/Api.h"
@@ -127,15 +129,45 @@ void RegistryKey::CopySubKeys(RegistryKey& destination, Transfer transfer, const
         if (!created) Raise(vqInvalidOperation, member, RegistryText::SubKeyNotCreated);
         std::unique_ptr<RegistryKey> source = OpenSubKey(name, False);
         if (!source) Raise(vqInvalidArgument, member, RegistryText::SubKeyMissing);
-        source->CopyValuesTo(*created, transfer, member);
-        source->CopyTree(*created, transfer, member);
+        if (transfer == Transfer::Copy) {
+            // The sub-key's values, then its sub-keys. Writing the same values again after the
+            // sub-keys, as a plain composition of the members would, changes nothing.
+            WriteValues(source->ListValues(), *created);
+            source->CopySubKeys(*created, transfer, member);
+        } else {
+            source->CopyValuesTo(*created, transfer, member);
+            source->CopyTree(*created, transfer, member);
+        }
     }
 }
 
+// A copy takes each value's type and data from the listing that names it; a move reads every
+// value on its own, checked, and carries untyped ones byte for byte.
 void RegistryKey::CopyValuesTo(RegistryKey& destination, Transfer transfer, const wchar_t* member) {
+    if (transfer == Transfer::Copy) return WriteValues(ListValues(), destination);
     const StringArray names = GetValueNames();
     if (!HasEntries(names)) return;
     for (const String& name : names.items) CopyValueTo(name, destination, name, transfer, member);
+}
+
+// GetValueNames' listing, each name with the type and data its fetch brought along.
+std::vector<RegistryKey::ListedValue> RegistryKey::ListValues() {
+    std::vector<ListedValue> values;
+    const StringArray names = ListValueNames([&](std::uint32_t type, const std::uint8_t* data, std::uint32_t size) {
+        values.push_back({String(), type, {data, data + size}});
+    });
+    if (!HasEntries(names)) return {};
+    for (std::size_t index = 0; index < values.size(); ++index) values[index].name = names.items[index];
+    return values;
+}
+
+// Each value as GetValueEx reads it unexpanded, written under its own type.
+void RegistryKey::WriteValues(const std::vector<ListedValue>& values, RegistryKey& destination) {
+    for (const ListedValue& value : values) {
+        const auto size = static_cast<platform::Dword>(value.data.size());
+        destination.SetValue(value.name, StoredValue(value.type, value.data.data(), size, False),
+                             static_cast<Long>(value.type));
+    }
 }
 
 // A typed read and a typed write. A move also checks both, and carries a value of a type the

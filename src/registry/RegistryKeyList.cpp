@@ -20,20 +20,22 @@ StringArray EmptyList() {
     return StringArray{-1, {String{}}};
 }
 
-// Fetches `count` names by index into an array sized once. `fetch(index, buffer, length)` fills
-// a fresh buffer of the longest name plus one and reports the length; that length is applied
-// to the text after its conversion back, as for every narrow buffer. The first failure, kept
-// in `lastError`, gives the empty list.
+// Fetches `count` names by index into an array sized once. `fetch(index, buffer, length)` gets
+// a buffer of the longest name plus one, all NULs, with that length, and reports the name's
+// length; that length is applied to the text after its conversion back, as for every narrow
+// buffer. The one buffer is cleared again for every index. The first failure, kept in
+// `lastError`, gives the empty list.
 template <class Fetch>
 StringArray FetchNames(Long& lastError, Dword count, Dword longestName, Fetch fetch) {
     if (static_cast<Long>(count) < 1) return EmptyList();
     StringArray names{0, std::vector<String>(count)};
+    std::string buffer;
     for (Dword index = 0; index < count; ++index) {
-        std::string buffer(std::size_t{longestName} + 1, '\0');
+        buffer.assign(std::size_t{longestName} + 1, '\0');
         Dword length = longestName + 1;
         lastError = fetch(index, buffer.data(), &length);
         if (lastError != 0) return EmptyList();
-        names.items[index] = FromAnsi(buffer).substr(0, length);
+        names.items[index] = FromAnsiBuffer(buffer, length);
     }
     return names;
 }
@@ -76,9 +78,14 @@ StringArray RegistryKey::GetSubKeyNames() {
     return names;
 }
 
-// Each value's data is fetched too, into one buffer that fits the longest, and thrown away; a
-// value that grew since the query no longer fits and empties the list like any failed fetch.
 StringArray RegistryKey::GetValueNames() {
+    return ListValueNames([](std::uint32_t, const std::uint8_t*, std::uint32_t) {});
+}
+
+// Each value's data is fetched too, into one buffer that fits the longest, and handed to `keep`
+// with its type; a value that grew since the query no longer fits and empties the list like
+// any failed fetch.
+StringArray RegistryKey::ListValueNames(const ValueKeeper& keep) {
     if (!IsValidHandle(rootKey_)) {
         Raise(vqInvalidRegistryKey, L"GetValueNames", RegistryText::KeyClosed);
     }
@@ -93,8 +100,10 @@ StringArray RegistryKey::GetValueNames() {
                            [&](Dword index, char* name, Dword* length) {
                                Dword type = 0, dataSize = longestData;
                                data[0] = 0;
-                               return platform::api().RegEnumValueA(key, index, name, length,
+                               const Long result = platform::api().RegEnumValueA(key, index, name, length,
                                    nullptr, &type, data.data(), &dataSize);
+                               if (result == 0) keep(type, data.data(), dataSize);
+                               return result;
                            });
     }
     if (lastError_ == RegistryAccessDenied) {

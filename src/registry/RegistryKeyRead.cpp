@@ -4,6 +4,7 @@
 #include "RegistryKey.h"
 
 #include "KeyHandles.h"
+#include "StoredValue.h"
 
 #include "frame/Ansi.h"
 #include "frame/Checked.h"
@@ -35,15 +36,11 @@ Long Query(Long handle, const std::string& name, std::uint8_t* data, Dword size)
                                             data, &size);
 }
 
-// The low `width` bytes of a value stored little-endian, which may have been stored with more
-// bytes than the number's width, or fewer (its high bytes then stay 0). The read goes into a
-// buffer of the probe's size, so a longer value cannot run over the number.
-std::uint64_t ReadNumber(Long handle, const std::string& name, Dword size, std::size_t width,
-                         Long& result) {
-    std::vector<std::uint8_t> bytes(std::max<std::size_t>(size, width), 0);
-    result = Query(handle, name, bytes.data(), size);
+// The low `width` bytes of a number stored little-endian, which may have been stored with more
+// bytes than the number's width, or fewer (its high bytes then count as 0).
+std::uint64_t StoredNumber(const std::uint8_t* bytes, Dword size, std::size_t width) {
     std::uint64_t number = 0;
-    for (std::size_t i = width; i-- > 0;) number = (number << 8) | bytes[i];
+    for (std::size_t i = width; i-- > 0;) number = (number << 8) | (i < size ? bytes[i] : 0);
     return number;
 }
 
@@ -60,6 +57,33 @@ String ExpandText(const std::string& stored, const String& unexpanded) {
 }
 
 }  // namespace
+
+Variant StoredValue(Dword type, const std::uint8_t* bytes, Dword size, Boolean expandVariables) {
+    switch (type) {
+        case TextType:
+        case ExpandTextType:
+        case MultiTextType: {
+            const std::string stored(reinterpret_cast<const char*>(bytes), size);
+            const String text = FromAnsi(stored);
+            if (type == ExpandTextType && isTrue(expandVariables)) return ExpandText(stored, text);
+            if (type == MultiTextType) return SplitText(CutAtLastNul(text, 2), L'\0');
+            return CutAtFirstNul(text, 1);
+        }
+        case BinaryType: {
+            // An empty value still gives one element.
+            ByteArray array;
+            if (size == 0) array.items.assign(1, 0);
+            else array.items.assign(bytes, bytes + size);
+            return array;
+        }
+        case DwordType:
+            return static_cast<Long>(static_cast<std::uint32_t>(StoredNumber(bytes, size, 4)));
+        case QwordType:
+            return CurrencyFromCount64(static_cast<std::int64_t>(StoredNumber(bytes, size, 8)));
+        default:
+            return Empty{};
+    }
+}
 
 // True only when the unnamed value holds data: a missing one and one of size 0 both answer
 // False. LastError is left alone.
@@ -87,33 +111,14 @@ Variant RegistryKey::GetValueEx(const String& name, Long& dataType, const Varian
     dataType = static_cast<Long>(type);
     if (lastError_ != 0 && lastError_ != MoreData) return defaultValue;
 
-    switch (type) {
-        case TextType:
-        case ExpandTextType:
-        case MultiTextType: {
-            std::string stored(size, '\0');
-            lastError_ = Query(keyHandle_, ansiName, reinterpret_cast<std::uint8_t*>(stored.data()), size);
-            const String text = FromAnsi(stored);
-            if (type == ExpandTextType && isTrue(expandVariables)) return ExpandText(stored, text);
-            if (type == MultiTextType) return SplitText(CutAtLastNul(text, 2), L'\0');
-            return CutAtFirstNul(text, 1);
-        }
-        case BinaryType: {
-            // An empty value still gives one element, and nothing more is asked.
-            ByteArray bytes;
-            bytes.items.assign(std::max<Dword>(size, 1), 0);
-            if (size != 0) lastError_ = Query(keyHandle_, ansiName, bytes.items.data(), size);
-            return bytes;
-        }
-        case DwordType:
-            return static_cast<Long>(
-                static_cast<std::uint32_t>(ReadNumber(keyHandle_, ansiName, size, 4, lastError_)));
-        case QwordType:
-            return CurrencyFromCount64(
-                static_cast<std::int64_t>(ReadNumber(keyHandle_, ansiName, size, 8, lastError_)));
-        default:
-            return Empty{};
-    }
+    // The read passes the probe's size into a buffer at least that large, so a value that grew
+    // meanwhile cannot run over it. An empty binary value and an untyped one need no read.
+    const bool typed = type == TextType || type == ExpandTextType || type == MultiTextType ||
+                       type == BinaryType || type == DwordType || type == QwordType;
+    if (!typed) return Empty{};
+    std::vector<std::uint8_t> bytes(std::max<Dword>(size, 1), 0);
+    if (type != BinaryType || size != 0) lastError_ = Query(keyHandle_, ansiName, bytes.data(), size);
+    return StoredValue(type, bytes.data(), size, expandVariables);
 }
 
 }  // namespace orbex

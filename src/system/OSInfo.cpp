@@ -31,7 +31,8 @@ String CsdText(const platform::OsVersionInfoEx& record) {
 
 // The first character of the CSD text once blanks are trimmed; 0 when nothing remains.
 wchar_t CsdLetter(const platform::OsVersionInfoEx& record) {
-    const String trimmed = TrimBlanks(CsdText(record));
+    const String csd = CsdText(record);
+    const StringView trimmed = TrimBlanks(csd);
     return trimmed.empty() ? L'\0' : trimmed.front();
 }
 

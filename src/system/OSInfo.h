@@ -71,9 +71,9 @@ public:
     Boolean IsWinDotNETDatacenterServer() const;
     Boolean IsWinDotNETEnterpriseServer() const;
 
-    String VersionName() const { return name_; }
-    String VersionNo() const { return number_; }
-    String AdditionalInfo() const { return csd_; }
+    const String& VersionName() const { return name_; }
+    const String& VersionNo() const { return number_; }
+    const String& AdditionalInfo() const { return csd_; }
     Long MajorVersion() const;
     Long MinorVersion() const;
     Long BuildNo() const;

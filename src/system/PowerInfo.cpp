@@ -63,7 +63,7 @@ String PowerInfo::BatteryStatusName() {
         if (flags & vqBSCharging) text += L"Battery Charging ";
         if (flags & vqBSNoSystemBattery) text += L"No System Battery ";
     }
-    return TrimBlanks(text);
+    return String{TrimBlanks(text)};
 }
 
 Long PowerInfo::BatteryLifePercent() {

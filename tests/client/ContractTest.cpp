@@ -153,6 +153,55 @@ TEST(Contract, TenClassesAreCreatableAndRegistryKeyIsNot) {
     }
 }
 
+// A script host asks for a member's id by name before every call, in whatever case the script
+// spells it; argument names go with their member.
+TEST(Contract, EveryMemberNameGivesItsIdInAnyCase) {
+    for (const ClassRow& row : kClasses) {
+        if (!row.creatable) continue;
+        SCOPED_TRACE(testing::Message() << "class " << std::string(row.name, row.name + wcslen(row.name)));
+        Ref<IDispatch> object = CreateByProgId((std::wstring(L"Orbex.") + row.name).c_str());
+        ASSERT_NE(object.get(), nullptr);
+        Ref<ITypeInfo> info;
+        ASSERT_EQ(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put()), S_OK);
+        TYPEATTR* attr = nullptr;
+        ASSERT_EQ(info->GetTypeAttr(&attr), S_OK);
+        const UINT count = attr->cFuncs;
+        info->ReleaseTypeAttr(attr);
+        for (UINT index = 0; index < count; ++index) {
+            FUNCDESC* func = nullptr;
+            ASSERT_EQ(info->GetFuncDesc(index, &func), S_OK);
+            BSTR names[2] = {};
+            UINT found = 0;
+            info->GetNames(func->memid, names, 2, &found);
+            std::wstring lower(Text(names[0])), upper(lower);
+            for (wchar_t& c : lower) c = towlower(c);
+            for (wchar_t& c : upper) c = towupper(c);
+            for (const std::wstring& spelling : {Text(names[0]), lower, upper}) {
+                LPOLESTR name = const_cast<LPOLESTR>(spelling.c_str());
+                DISPID id = 0;
+                EXPECT_EQ(object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id), S_OK);
+                EXPECT_EQ(id, func->memid) << std::string(spelling.begin(), spelling.end());
+            }
+            std::wstring longer = Text(names[0]) + L"X";
+            LPOLESTR longerName = longer.data();
+            DISPID none = 0;
+            EXPECT_EQ(object->GetIDsOfNames(IID_NULL, &longerName, 1, LOCALE_USER_DEFAULT, &none), DISP_E_UNKNOWNNAME);
+            if (found == 2) {
+                DISPID ids[2] = {}, expected[2] = {};
+                EXPECT_EQ(object->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids),
+                          DispGetIDsOfNames(info.get(), names, 2, expected));
+                EXPECT_EQ(ids[0], expected[0]);
+                EXPECT_EQ(ids[1], expected[1]);
+            }
+            for (BSTR name : names) SysFreeString(name);
+            info->ReleaseFuncDesc(func);
+        }
+        LPOLESTR unknown[] = {const_cast<LPOLESTR>(L"NoSuchMember")};
+        DISPID id = 0;
+        EXPECT_EQ(object->GetIDsOfNames(IID_NULL, unknown, 1, LOCALE_USER_DEFAULT, &id), DISP_E_UNKNOWNNAME);
+    }
+}
+
 TEST(Contract, ModuleMayUnloadOnceTheLastObjectIsReleased) {
     HMODULE module = LoadLibraryW(L"" ORBEX_DLL_PATH);
     ASSERT_NE(module, nullptr);

@@ -79,6 +79,11 @@ TEST_F(INIClient, ListsAndWriteSectionThroughTheVtable) {
     SAFEARRAY* nothing = nullptr;
     EXPECT_EQ(ini_->WriteSection(section_, &nothing, none_), kSubscriptOutOfRange);
     EXPECT_EQ(Lists(), written);
+
+    // Cut by the buffer, the lines keep an empty last item.
+    LONG size = 7;
+    ASSERT_EQ(ini_->put_BufferSize(&size), S_OK);
+    EXPECT_EQ(Lists(), L"0 to 0: s / 0 to 1: a, b / 0 to 1: a=1, ");
 }
 
 // A script's Array(...) passed by reference is taken as a String() array and left in the

@@ -2,6 +2,10 @@
 #include "frame/FunctionLib.h"
 
 #include "Raises.h"
+#include "platform/TestHook.h"
+
+#include <cstdint>
+#include <optional>
 
 namespace orbex {
 namespace {
@@ -60,6 +64,46 @@ TEST(Ansi, RoundTripKeepsNulsAndLosesForeignCharacters) {
     EXPECT_EQ(ToAnsi(text), "a\0\xE9?z"s);
     EXPECT_EQ(AnsiRoundTrip(text), L"a\0\u00E9?z"s);
     EXPECT_EQ(FromAnsi("x\0y"s), L"x\0y"s);
+}
+
+// A multi-byte code page in miniature: a byte from 0x80 up starts a character of itself and the
+// next two bytes; one cut short by the end of the text gives a character per byte.
+std::int32_t MultiByte(platform::Dword, platform::Dword, const char* text, std::int32_t length, wchar_t* wide,
+                       std::int32_t room) {
+    String out;
+    for (std::int32_t i = 0; i < length; ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if (byte >= 0x80 && i + 2 < length) {
+            out += static_cast<wchar_t>(byte << 8 | static_cast<unsigned char>(text[i + 1] ^ text[i + 2]));
+            i += 2;
+        } else {
+            out += static_cast<wchar_t>(byte);
+        }
+    }
+    const auto size = static_cast<std::int32_t>(out.size());
+    if (room == 0) return size;
+    if (size > room) return 0;
+    out.copy(wide, out.size());
+    return size;
+}
+
+// Whatever the code page, the cut text is the whole buffer's text cut to the count.
+TEST(Ansi, FromAnsiBufferGivesTheFirstCharactersOfTheWholeBuffer) {
+    const std::pair<std::string, std::size_t> cases[] = {
+        {"a\0bc\0\0  "s, 4},           // a list as the platform ends it
+        {"\xE9t\xE9\0\0 "s, 3},         // characters of several bytes before the cut
+        {"x\xE3\x81\x82\0 "s, 2},      // a character across the cut
+        {"abc"s, 5}, {"ab"s, SIZE_MAX},  // a count beyond the buffer
+        {""s, 0}, {" "s, 0},
+    };
+    for (const bool multiByte : {false, true}) {
+        std::optional<platform::testing::Replace<&platform::Api::MultiByteToWideChar>> codePage;
+        if (multiByte) codePage.emplace(MultiByte);
+        for (const auto& [buffer, count] : cases) {
+            EXPECT_EQ(FromAnsiBuffer(buffer, count), FromAnsi(buffer).substr(0, count))
+                << ::testing::PrintToString(buffer) << " " << count << (multiByte ? " multi-byte" : "");
+        }
+    }
 }
 
 }  // namespace

@@ -66,8 +66,11 @@ protected:
 
 TEST_F(Copying, CopyAndRenameCarryTheWholeTree) {
     auto source = Open("Source");
+    platform::testing::Recorder recorder;
     auto copy = source->CopySubKey(L"Copy");
     ASSERT_TRUE(copy);
+    EXPECT_EQ(recorder.count("RegQueryValueExA"), 0u) << "values come with their listing";
+    EXPECT_EQ(recorder.count("RegSetValueExA"), 9u) << "each value written once";
     EXPECT_EQ(copy->Name(), L"HKEY_CURRENT_USER\\" + Wide(kBase) + L"\\Copy");
     EXPECT_EQ(Below("Copy"), AsCarried(original_, false));
     EXPECT_EQ(Below("Source"), original_);

@@ -96,6 +96,31 @@ TEST(GetNames, AFailedStepEmptiesTheListAndOnlyAccessDeniedIsRaised) {
               Failure(vqInvalidRegistryKey, L"GetValueNames", RegistryText::KeyClosed));
 }
 
+// Whatever came before, every fetch gets the whole buffer of the longest name plus one, all
+// NULs, with that length.
+TEST(GetNames, EveryFetchGetsAClearedBufferOfTheLongestName) {
+    TestKey test;
+    for (const char* name : {"a-long-name", "b"}) {
+        test.CreateSubKey(name);
+        test.SetRaw(name, 3, "");
+    }
+    std::vector<std::string> buffers;  // as each fetch received it, to the length it was given
+    const auto& real = platform::realApi();
+    Replace<&Api::RegEnumKeyExA> enumKey{[&](Handle key, Dword index, char* name, Dword* length, auto... rest) {
+        buffers.emplace_back(name, *length);
+        return real.RegEnumKeyExA(key, index, name, length, rest...);
+    }};
+    Replace<&Api::RegEnumValueA> enumValue{[&](Handle key, Dword index, char* name, Dword* length, auto... rest) {
+        buffers.emplace_back(name, *length);
+        return real.RegEnumValueA(key, index, name, length, rest...);
+    }};
+    const auto key = OpenTestKey(test);
+    const StringArray names{0, {L"a-long-name", L"b"}};
+    EXPECT_EQ(key->GetSubKeyNames(), names);
+    EXPECT_EQ(Sorted(key->GetValueNames()), names);
+    EXPECT_EQ(buffers, std::vector<std::string>(4, std::string(12, '\0')));
+}
+
 TEST(GetNames, TenThousandEntriesTakeOneQueryAndOneFetchEach) {
     constexpr int Count = 10000;
     TestKey test;
