@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes docs/reference, the class reference pages, from Orbex's IDL.
 
-usage: reference_pages.py IDL FOLDER           writes the pages
+usage: reference_pages.py IDL FOLDER           writes the pages, and removes any other file there
        reference_pages.py IDL FOLDER --check   exits 1, naming each page, when FOLDER differs
 
 One page per class with its members in vtable order, a page of the enumerations, and an index.
@@ -167,12 +167,12 @@ def check(pages, folder):
         path = os.path.join(folder, name)
         old = open(path, encoding="utf-8").read() if name in present else ""
         new = pages.get(name, "")
-        if old != new:
+        if old != new or name not in pages:
             differing.append(name)
             sys.stdout.writelines(difflib.unified_diff(old.splitlines(True), new.splitlines(True),
                                                        f"{folder}/{name}", "from the IDL", n=1))
     for name in differing:
-        print(f"FAILED: {folder}/{name} differs from what the IDL gives; run tools/reference_pages.py")
+        print(f"FAILED: {folder}/{name} is not what the IDL gives; run tools/reference_pages.py")
     return 1 if differing else 0
 
 
@@ -183,6 +183,8 @@ def main(argv):
     if argv[3:]:
         sys.exit(check(pages, argv[2]))
     os.makedirs(argv[2], exist_ok=True)
+    for stale in set(os.listdir(argv[2])) - set(pages):
+        os.remove(os.path.join(argv[2], stale))
     for name, text in pages.items():
         with open(os.path.join(argv[2], name), "w", encoding="utf-8", newline="\n") as out:
             out.write(text)
