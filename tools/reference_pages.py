@@ -40,12 +40,12 @@ class Pages:
         self.library = library
         self.class_of = {c.interface.name: c.name for c in library.coclasses}
 
-    def type_text(self, idl_type, link_from_class=True):
+    def type_text(self, idl_type):
         """The Automation name of a type, linked to its page, with the IDL's spelling beside it."""
         base = idl_type.rstrip("*")
         if base in self.class_of:
             name = self.class_of[base]
-            return f"[{name}]({name}.md) (`{base}*`)" if link_from_class else f"{name} (`{base}*`)"
+            return f"[{name}]({name}.md) (`{base}*`)"
         if self.library.enumeration(base):
             return f"[{base}](enumerations.md#{base.lower()})"
         return f"{AUTOMATION_NAMES.get(base, base)} (`{base}`)"
