@@ -102,14 +102,13 @@ TypeLibrary ReadTypeLibrary() {
         TYPEATTR* attributes = nullptr;
         Bstr name;
         if (FAILED(library->GetTypeInfo(index, info.put())) || FAILED(info->GetTypeAttr(&attributes))) continue;
-        const TYPEKIND kind = attributes->typekind;
-        const Entry entry{L"", attributes->guid, kind, (attributes->wTypeFlags & TYPEFLAG_FCANCREATE) != 0,
-                          kind == TKIND_COCLASS ? DefaultInterfaceOf(info.get()) : GUID_NULL};
-        info->ReleaseTypeAttr(attributes);
-        if (kind != TKIND_COCLASS && kind != TKIND_DISPATCH && kind != TKIND_INTERFACE) continue;
         library->GetDocumentation(index, &name.p, nullptr, nullptr, nullptr);
-        result.entries.push_back(entry);
-        result.entries.back().name = name.text();
+        const TYPEKIND kind = attributes->typekind;
+        if (kind == TKIND_COCLASS || kind == TKIND_DISPATCH || kind == TKIND_INTERFACE)
+            result.entries.push_back({name.text(), attributes->guid, kind,
+                                      (attributes->wTypeFlags & TYPEFLAG_FCANCREATE) != 0,
+                                      kind == TKIND_COCLASS ? DefaultInterfaceOf(info.get()) : GUID_NULL});
+        info->ReleaseTypeAttr(attributes);
     }
     return result;
 }
