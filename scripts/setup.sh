@@ -10,6 +10,7 @@ packages=(
   googletest
   wine wine32:i386 wine64 libwine:i386 libwine-dev
   xvfb xauth
+  python3
 )
 
 missing() {
