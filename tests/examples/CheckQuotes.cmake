@@ -1,6 +1,8 @@
-# Every code block of docs/clients/*.md that follows a line "<!-- quoted from examples/... -->"
-# must appear word for word in that file, so that the pages show what the tests run.
+# Every code block of docs/clients/*.md that follows a line "<!-- quoted from <file> -->"
+# (an example, or the output expected of one) must appear word for word in that file, so
+# that the pages show what the tests run.
 # usage: cmake -DSOURCE=<source tree> -P CheckQuotes.cmake
+cmake_minimum_required(VERSION 3.25)
 set(marker "<!-- quoted from ")
 set(failures 0)
 file(GLOB pages ${SOURCE}/docs/clients/*.md)

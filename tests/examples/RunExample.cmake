@@ -2,6 +2,7 @@
 # output, in that order (other output lines may come between). A script that fails prints
 # nothing more under Wine, so the lines after the failure are what goes missing.
 # usage: cmake -DWINE=<wine> -DPROGRAM=<program|argument|...> -DEXPECTED=<file> -P RunExample.cmake
+cmake_minimum_required(VERSION 3.25)
 string(REPLACE "|" ";" PROGRAM "${PROGRAM}")
 execute_process(COMMAND ${WINE} ${PROGRAM} OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE status)
 string(REPLACE "\r" "" output "${output}")
