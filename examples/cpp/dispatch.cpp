@@ -87,7 +87,7 @@ int main() {
     Variant path(L"Software\\OrbexExamples\\Dispatch");
     Call(user.Get(), L"CreateSubKey", DISPATCH_METHOD, {path}, result.out());
     ComPtr<IDispatch> settings = Object(result);
-    if (!settings) return 1;
+    if (!user || !settings) return 1;
 
     Variant greeting(L"Greeting"), hello(L"Hello"), count(L"Count"), number(42L), dword(static_cast<LONG>(vqDWORD));
     Call(settings.Get(), L"SetValue", DISPATCH_METHOD, {greeting, hello}, nullptr);
@@ -117,6 +117,7 @@ int main() {
 
     // A property write, and a failure with a platform code.
     ComPtr<IDispatch> files = Create(L"Orbex.FileLib");
+    if (!files) return 1;
     Variant folder(L"C:\\No\\Such\\Folder");
     hr = Call(files.Get(), L"CurrentFolder", DISPATCH_PROPERTYPUT, {folder}, nullptr, &exception);
     if (FAILED(hr)) PrintException("CurrentFolder", hr, exception);
@@ -125,8 +126,8 @@ int main() {
     Variant root(L"C:\\");
     Call(files.Get(), L"DiskInfo", kGet, {root}, result.out());
     ComPtr<IDispatch> disk = Object(result);
-    Call(disk.Get(), L"RootName", kGet, {}, result.out());
-    std::printf("DiskInfo: %ls\n", V_VT(&result) == VT_BSTR ? V_BSTR(&result) : L"?");
+    if (disk && SUCCEEDED(Call(disk.Get(), L"RootName", kGet, {}, result.out())) && V_VT(&result) == VT_BSTR)
+        std::printf("DiskInfo: %ls\n", V_BSTR(&result));
 
     settings.Reset();
     Call(user.Get(), L"DeleteSubKeyTree", DISPATCH_METHOD, {path}, nullptr);

@@ -18,7 +18,7 @@ int main() {
     // Properties are get_ and put_ entries; a null BSTR is the empty text ("" for MachineName).
     ComPtr<_RegistryKey> user, settings;
     reg->get_CurrentUser(nullptr, &user);
-    user->CreateSubKey(Bstr(L"Software\\OrbexExamples\\Cpp"), &settings);
+    if (user) user->CreateSubKey(Bstr(L"Software\\OrbexExamples\\Cpp"), &settings);
     if (!settings) return 1;
     Bstr name;
     settings->get_Name(name.out());
@@ -66,7 +66,10 @@ int main() {
     if (FAILED(hr)) PrintError("DeleteSubKey", hr, user.Get(), IID__RegistryKey);
 
     ComPtr<_INILib> ini;
+    ComPtr<_FileLib> files;
     CoCreateInstance(CLSID_INILib, nullptr, CLSCTX_INPROC_SERVER, IID__INILib, &ini);
+    CoCreateInstance(CLSID_FileLib, nullptr, CLSCTX_INPROC_SERVER, IID__FileLib, &files);
+    if (!ini || !files) return 1;
     wchar_t temp[MAX_PATH];
     GetTempPathW(MAX_PATH, temp);
     const std::wstring path = std::wstring(temp) + L"OrbexExample.cpp.ini";
@@ -77,8 +80,6 @@ int main() {
     if (FAILED(hr)) PrintError("GetNumericValue", hr, ini.Get(), IID__INILib);
     DeleteFileW(path.c_str());
 
-    ComPtr<_FileLib> files;
-    CoCreateInstance(CLSID_FileLib, nullptr, CLSCTX_INPROC_SERVER, IID__FileLib, &files);
     hr = files->put_CurrentFolder(Bstr((path + L"\\No\\Such\\Folder").c_str()));
     if (FAILED(hr)) PrintError("CurrentFolder", hr, files.Get(), IID__FileLib);
 

@@ -75,6 +75,7 @@ Public Sub ShowFiles()
     ini.WriteValue "Window", "Left", -1
     On Error GoTo IniFailed
     n = ini.GetNumericValue("Window", "Left")
+    Kill path
     Exit Sub
 IniFailed:
     Debug.Print "Error " & Err.Number & " from " & Err.Source & ": " & Err.Description
