@@ -9,6 +9,10 @@ ini.WriteValue("Window", "Width", 800);
 WScript.Echo("Width = " + ini.GetNumericValue("Window", "Width"));
 WScript.Echo("Height = " + ini.GetNumericValue("Window", "Height", 600) + " (missing: the default)");
 
+// GetSection gives a String() array: JScript can't read it, but can hand it on.
+ini.WriteSection("Saved", ini.GetSection("Window"));
+WScript.Echo("Saved.Width = " + ini.GetStringValue("Saved", "Width"));
+
 // INILib fails with Number 0, which reaches JScript as the HRESULT 0x800A0000: its low word,
 // the number, is 0. JScript has no Source; the description names the failure.
 ini.WriteValue("Window", "Left", -1);
