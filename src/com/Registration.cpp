@@ -79,11 +79,6 @@ LSTATUS RegisterClass(HKEY root, const ClassEntry& entry, const std::wstring& mo
                           });
 }
 
-void UnregisterClass(HKEY root, const ClassEntry& entry) {
-    RegDeleteTreeW(root, ProgId(entry).c_str());
-    RegDeleteTreeW(root, (L"CLSID\\" + GuidText(entry.classId)).c_str());
-}
-
 // The standard Automation marshaler, which serves every dual interface from the type library.
 constexpr wchar_t kAutomationMarshaler[] = L"{00020424-0000-0000-C000-000000000046}";
 
@@ -136,24 +131,23 @@ bool TypeLibraryStillRegistered(HKEY root) {
     }
 }
 
-// Removes the module's platform entry, and the library's and interfaces' keys once no other
-// platform or locale is registered: the other bitness may share them.
-void UnregisterTypeLibrary(HKEY root) {
+// On a 64-bit system the CLSID and Interface keys belong to one registry view, while the
+// ProgIDs and the type library's key are shared by both: those go with the last bitness whose
+// platform entry leaves the type library.
+void Unregister(HKEY root) {
+    for (const ClassEntry& entry : Classes()) {
+        if (entry.create) RegDeleteTreeW(root, (L"CLSID\\" + GuidText(entry.classId)).c_str());
+        RegDeleteTreeW(root, (L"Interface\\" + GuidText(entry.interfaceId)).c_str());
+    }
     const std::wstring libraryKey = TypeLibKey();
-    const std::wstring entry = libraryKey + L"\\" + PlatformEntry();
-    RegDeleteKeyW(root, entry.c_str());
-    RegDeleteKeyW(root, entry.substr(0, entry.rfind(L'\\')).c_str());  // the locale, when empty
+    const std::wstring platform = libraryKey + L"\\" + PlatformEntry();
+    RegDeleteKeyW(root, platform.c_str());
+    RegDeleteKeyW(root, platform.substr(0, platform.rfind(L'\\')).c_str());  // the locale, when empty
     if (TypeLibraryStillRegistered(root)) return;
     RegDeleteTreeW(root, libraryKey.c_str());
     RegDeleteKeyW(root, libraryKey.substr(0, libraryKey.rfind(L'\\')).c_str());  // the library, when empty
     for (const ClassEntry& entry : Classes())
-        RegDeleteTreeW(root, (L"Interface\\" + GuidText(entry.interfaceId)).c_str());
-}
-
-void Unregister(HKEY root) {
-    for (const ClassEntry& entry : Classes())
-        if (entry.create) UnregisterClass(root, entry);
-    UnregisterTypeLibrary(root);
+        if (entry.create) RegDeleteTreeW(root, ProgId(entry).c_str());
 }
 
 HRESULT Register(HKEY root) {
