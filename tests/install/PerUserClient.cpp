@@ -69,6 +69,36 @@ bool Answers(IDispatch* object) {
     return answered;
 }
 
+using Module = std::unique_ptr<std::remove_pointer_t<HMODULE>, LibraryFree>;
+using GetClassObject = HRESULT(WINAPI*)(REFCLSID, REFIID, void**);
+
+// Creates the class through the server's own class factory, as CoCreateInstance would.
+Ref<IDispatch> Create(const Module& module, const std::wstring& classId) {
+    const auto getClassObject = reinterpret_cast<GetClassObject>(
+        reinterpret_cast<void*>(GetProcAddress(module.get(), "DllGetClassObject")));
+    CLSID clsid{};
+    IClassFactory* factory = nullptr;
+    if (!getClassObject || FAILED(CLSIDFromString(classId.c_str(), &clsid)) ||
+        FAILED(getClassObject(clsid, IID_IClassFactory, reinterpret_cast<void**>(&factory))))
+        return nullptr;
+    const Ref<IClassFactory> ownedFactory(factory);
+    IDispatch* object = nullptr;
+    if (FAILED(ownedFactory->CreateInstance(nullptr, IID_IDispatch, reinterpret_cast<void**>(&object)))) return nullptr;
+    return Ref<IDispatch>(object);
+}
+
+int Check(const std::wstring& server, const std::wstring& classId, const std::wstring& typeLibrary) {
+    const Module module(LoadLibraryW(server.c_str()));
+    if (!module) return Fail("the registered server does not load");
+    if (const Ref<IDispatch> object = Create(module, classId); !object || !Answers(object.get()))
+        return Fail("the registered server's object does not answer");
+    ITypeLib* library = nullptr;
+    if (FAILED(LoadTypeLibEx(typeLibrary.c_str(), REGKIND_NONE, &library)))
+        return Fail("the registered type library does not load");
+    library->Release();
+    return 0;
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -86,31 +116,7 @@ int wmain(int argc, wchar_t** argv) {
     if (server.empty() || typeLibrary.empty()) return Fail("the registration is incomplete");
 
     CoInitialize(nullptr);
-    int status = 0;
-    {
-        std::unique_ptr<std::remove_pointer_t<HMODULE>, LibraryFree> module(LoadLibraryW(server.c_str()));
-        const auto getClassObject = module ? reinterpret_cast<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>(
-                                                 reinterpret_cast<void*>(GetProcAddress(module.get(), "DllGetClassObject")))
-                                           : nullptr;
-        CLSID clsid{};
-        IClassFactory* rawFactory = nullptr;
-        IDispatch* rawObject = nullptr;
-        ITypeLib* rawLibrary = nullptr;
-        if (!getClassObject || FAILED(CLSIDFromString(classId.c_str(), &clsid)) ||
-            FAILED(getClassObject(clsid, IID_IClassFactory, reinterpret_cast<void**>(&rawFactory)))) {
-            status = Fail("the registered server gives no class factory");
-        } else {
-            Ref<IClassFactory> factory(rawFactory);
-            if (FAILED(factory->CreateInstance(nullptr, IID_IDispatch, reinterpret_cast<void**>(&rawObject))))
-                status = Fail("the class factory creates nothing");
-            else if (Ref<IDispatch> object(rawObject); !Answers(object.get()))
-                status = Fail("the object does not answer");
-            else if (FAILED(LoadTypeLibEx(typeLibrary.c_str(), REGKIND_NONE, &rawLibrary)))
-                status = Fail("the registered type library does not load");
-            else
-                rawLibrary->Release();
-        }
-    }
+    const int status = Check(server, classId, typeLibrary);
     CoUninitialize();
     if (status == 0) std::printf("created from the user's registration\n");
     return status;

@@ -45,6 +45,8 @@ host() {  # host 32|64: pass when the script host of that bitness creates and us
     if grep -q ORBEX-SCRIPT-PASSED <<<"$output"; then echo pass; else echo fail; fi
 }
 
+# Neither registration outlives the test, whatever happens in it: the per-user test shares the prefix.
+trap 'regsvr32 32 /u; regsvr32 64 /u; wineserver -k 2>/dev/null || true' EXIT
 regsvr32 32 /u
 regsvr32 64 /u
 
