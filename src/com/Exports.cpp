@@ -1,4 +1,5 @@
-// The four exports of an in-process server, and the module's entry point.
+// The exports of an in-process server, and the module's entry point. DllInstall adds the
+// per-user registration (`regsvr32 /n /i:user Orbex.dll`) beside the machine-wide one.
 #include "Catalogue.h"
 #include "ClassFactory.h"
 #include "Module.h"
@@ -29,6 +30,12 @@ extern "C" HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID clsid, REFIID riid,
     return CLASS_E_CLASSNOTAVAILABLE;
 }
 
-extern "C" HRESULT STDAPICALLTYPE DllRegisterServer() { return RegisterServer(); }
+extern "C" HRESULT STDAPICALLTYPE DllRegisterServer() { return RegisterServer(Scope::Machine); }
 
-extern "C" HRESULT STDAPICALLTYPE DllUnregisterServer() { return UnregisterServer(); }
+extern "C" HRESULT STDAPICALLTYPE DllUnregisterServer() { return UnregisterServer(Scope::Machine); }
+
+extern "C" HRESULT STDAPICALLTYPE DllInstall(BOOL install, LPCWSTR commandLine) {
+    Scope scope;
+    if (!ScopeOfCommandLine(commandLine, &scope)) return E_INVALIDARG;
+    return install ? RegisterServer(scope) : UnregisterServer(scope);
+}
