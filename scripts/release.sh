@@ -17,7 +17,7 @@ folder=build/Orbex-$version
 build() {
     local log
     log=$(mktemp)
-    if ! { cmake --preset "$1" && cmake --build --preset "$1" --target Orbex; } >"$log" 2>&1; then
+    if ! { cmake --preset "$1" && cmake --build --preset "$1" --target Orbex orbex_sxs_manifest; } >"$log" 2>&1; then
         cat "$log" >&2
         rm -f "$log"
         fail "the $1 build failed"
@@ -40,13 +40,7 @@ for build_and_folder in release:x86 release-x86_64:x64; do
     into=$folder/${build_and_folder##*:}
     build "$preset"
     com=build/$preset/src/com
-    copy "$into" "$com/Orbex.dll" "$com/generated/Orbex.tlb"
-    # The manifest comes with the registration-free build; until every tree makes one, say so.
-    if [ -f "$com/Orbex.sxs.manifest" ]; then
-        copy "$into" "$com/Orbex.sxs.manifest"
-    else
-        echo "release: $com makes no Orbex.sxs.manifest; $into has none" >&2
-    fi
+    copy "$into" "$com/Orbex.dll" "$com/generated/Orbex.tlb" "$com/Orbex.sxs.manifest"
 done
 copy "$folder" examples docs README.md
 echo "release: $folder"
