@@ -59,18 +59,12 @@ const Figures Nothing{L"", L"", L"", L"0000-0000", 0, vqDTUnknown, {0, 0, 0, 0},
 // A refused root, or none at all, keeps the last good volume's figures under the new root
 // name, and raises nothing. Without a root the platform is not asked.
 TEST(DiskInfo, RefusedRootsKeepTheFigures) {
-    DiskInfo fresh;
-    EXPECT_EQ(Read(fresh), Nothing);
-    fresh.RootName(L"Q:\\");
-    Figures expected = Nothing;
-    expected.root = L"Q:\\";
-    EXPECT_EQ(Read(fresh), expected);
-
+    EXPECT_EQ(Read(DiskInfo()), Nothing);
     for (const auto& [text, root] : {std::pair<const wchar_t*, const wchar_t*>{L"Q:\\", L"Q:\\"}, {L"", L""},
                                      {L"relative\\name.txt", L""}, {L"\\\\server", L""}}) {
         DiskInfo info;
         info.RootName(L"C:");
-        expected = Read(info);
+        Figures expected = Read(info);
         expected.root = root;
         Recorder recorder;
         info.RootName(text);
@@ -118,9 +112,10 @@ TEST(DiskInfo, FiguresFlagsSerialsAndDriveTypes) {
 // Windows 95 before OSR2 and NT 3 have no 64-bit query: sizes from clusters, the caller's free
 // bytes equal to the volume's.
 TEST(DiskInfo, SizeQueryFollowsTheSystem) {
-    for (const auto& [windows, large] : {std::pair{testing::Win95, false}, {testing::Win95Osr2, true}, {testing::Nt351, false},
+    constexpr testing::Version Win95Osr2{1, 4, 0, 0, 0, " C"};
+    for (const auto& [windows, large] : {std::pair{testing::Win95, false}, {Win95Osr2, true}, {testing::Nt351, false},
                                          {testing::Nt4, true}}) {
-        testing::PretendWindows pretend{windows};
+        testing::FakeVersion pretend{windows};
         FakeVolume volume;
         Recorder recorder;
         DiskInfo info;
@@ -144,7 +139,7 @@ TEST(DiskInfo, CurrencyLimits) {
     info.RootName(L"C:\\");
     EXPECT_EQ(Read(info).sizes, (std::vector<std::int64_t>{1000, 922337203685477, 1000 - 922337203685477, 100}));
 
-    testing::PretendWindows pretend{testing::Win95};
+    testing::FakeVersion pretend{testing::Win95};
     volume.label = "OLD";
     volume.sectors = 0x7FFFFFFF, volume.bytesPerSector = 0x7FFFFFFF;
     info.RootName(L"C:\\");

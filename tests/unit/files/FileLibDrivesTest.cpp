@@ -47,11 +47,7 @@ std::string Roots(const char* letters) {
 
 TEST(FileLibDrives, FormatSizeTable) {
     const String Raises5 = L"<raises 5>";
-    const struct {
-        Currency bytes;
-        Integer places;
-        String text;
-    } rows[] = {
+    const struct { Currency bytes; Integer places; String text; } rows[] = {
         {Whole(0), 2, L"0.00 bytes"},
         {Whole(1), 2, L"1.00 byte"},
         {Scaled(15000), 2, L"1.50 bytes"},
@@ -96,10 +92,7 @@ TEST(FileLibDrives, FormatSizeUsesTheUsersSigns) {
 // The first call offers 20 characters; a longer list comes with a second call of the size the
 // platform asked for.
 TEST(FileLibDrives, DriveListFromOneOrTwoCalls) {
-    const struct {
-        const char* letters;
-        std::vector<Dword> lengths;
-    } rows[] = {
+    const struct { const char* letters; std::vector<Dword> lengths; } rows[] = {
         {"ACDE", {20}},       // 16 characters and the final NUL fit
         {"ACDEF", {20, 21}},  // 20 and the final NUL do not
     };
@@ -146,10 +139,7 @@ TEST(FileLibDrives, CDROMListPicksTheOpticalDrives) {
 TEST(FileLibDrives, DriveExistsSearchesTheListOfRoots) {
     FakeDrives fake(Roots("ACD"));
     const FileLib lib;
-    const struct {
-        const wchar_t* drive;
-        Boolean exists;
-    } rows[] = {
+    const struct { const wchar_t* drive; Boolean exists; } rows[] = {
         {L"C", True}, {L"c:", True}, {L"c:\\", True}, {L"", True},
         {L"E:", False}, {L"C:\\Windows", False}, {L" C:", False}, {L"A:\\C", False},
     };

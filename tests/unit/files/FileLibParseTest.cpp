@@ -39,9 +39,7 @@ std::string Shown(const String& text) {
 // The four parsers side by side: pure text, only the backslash separates levels, the last dot
 // of the whole text starts the extension, and positions beyond an Integer overflow.
 TEST(FileLibParse, RootPathNameAndExtension) {
-    const struct {
-        String filename, root, path, name, ext;
-    } rows[] = {
+    const struct { String filename, root, path, name, ext; } rows[] = {
         {L"C:\\Dir\\File.txt", L"C:\\", L"C:\\Dir\\", L"File.txt", L"txt"},
         {L"C:\\Dir\\", L"C:\\", L"C:\\Dir\\", L"", L""},
         {L"C:\\Dir.old\\File", L"C:\\", L"C:\\Dir.old\\", L"File", L"old\\File"},

@@ -1,10 +1,11 @@
 // Test helpers for the file classes: a scratch folder of real files, listings that stand in for
-// a folder search, a scope in which the platform reports an older Windows, and readings of
-// Currency sizes and raised errors.
+// a folder search, and readings of Currency sizes and raised errors. Older Windows versions are
+// pretended with the system classes' FakeVersion.
 #pragma once
 #include "frame/RaisedError.h"
 #include "frame/Types.h"
 #include "platform/TestHook.h"
+#include "system/FakeSystem.h"
 
 #include <gtest/gtest.h>
 
@@ -102,32 +103,6 @@ private:
     platform::testing::Replace<&platform::Api::FindFirstFileA> first_;
     platform::testing::Replace<&platform::Api::FindNextFileA> next_;
     platform::testing::Replace<&platform::Api::FindClose> close_;
-};
-
-// The version record of one Windows, as GetVersionExA fills it.
-struct Windows {
-    Dword platform, major, minor;
-    const char* csd = "";
-};
-inline constexpr Windows Win95{1, 4, 0}, Win95Osr2{1, 4, 0, " C"}, Nt351{2, 3, 51}, Nt4{2, 4, 0}, Win2000{2, 5, 0};
-
-// GetVersionExA answers `windows` for every size of record while alive.
-class PretendWindows {
-public:
-    explicit PretendWindows(Windows windows)
-        : replace_{[windows](platform::OsVersionInfoEx* info) {
-              const Dword size = info->dwOSVersionInfoSize;
-              *info = platform::OsVersionInfoEx{};
-              info->dwOSVersionInfoSize = size;
-              info->dwPlatformId = windows.platform;
-              info->dwMajorVersion = windows.major;
-              info->dwMinorVersion = windows.minor;
-              std::strcpy(info->szCSDVersion, windows.csd);
-              return platform::Bool{1};
-          }} {}
-
-private:
-    platform::testing::Replace<&platform::Api::GetVersionExA> replace_;
 };
 
 // The whole number of bytes a Currency size holds; a fraction fails the test.
