@@ -1,5 +1,5 @@
 ' A file and a volume described from VBScript: a FileInfo on the script host itself and on a
-' missing name, and a DiskInfo on drive C: with the caller's root text left as it was.
+' missing name, and a DiskInfo on drive C: and on a root that is not there.
 Option Explicit
 Dim failures: failures = 0
 Sub Check(condition, what)
@@ -9,7 +9,7 @@ Sub Check(condition, what)
     End If
 End Sub
 
-Dim shell, windows, info, disk, root, stamp
+Dim shell, windows, info, disk, stamp
 Set shell = CreateObject("WScript.Shell")
 ' Wine's ExpandEnvironmentStrings keeps the terminating NUL inside the text it returns.
 windows = shell.ExpandEnvironmentStrings("%WINDIR%")
@@ -28,15 +28,17 @@ Check info.Size = 0 And info.AttributeHidden And info.AttributeReadOnly, "a miss
 Check info.LastWriteDate = stamp, "the dates of the last file that opened stay"
 
 Set disk = CreateObject("Orbex.DiskInfo")
-root = "C:\windows"
-disk.RootName = root
-Check root = "C:\windows" And disk.RootName = "C:\", "RootName is parsed from the caller's text, left as it was"
+disk.RootName = "C:\windows"
+Check disk.RootName = "C:\" And disk.DriveType = 3, "drive C: is fixed"
 disk.RootName = "Q:\"
 Check disk.RootName = "Q:\" And disk.DriveType = 3, "a missing root is stored, the figures of drive C: stay"
 
+' Renaming a volume that is not there raises the platform's code (21 under Wine).
 On Error Resume Next
 disk.VolumeLabel = "NAME"
+Check Err.Number = 21, "Number of the failed rename"
 Check Err.Source = "Quillet:DiskInfo:VolumeLabel", "Source of the failed rename"
+Check Err.Description = "Could not set volume label.", "Description of the failed rename"
 On Error GoTo 0
 
 If failures = 0 Then WScript.Echo "ORBEX-SCRIPT-PASSED"

@@ -96,13 +96,9 @@ TEST(FileInfo, AttributeWrites) {
 TEST(FileInfo, OpenAndSizeByPlatform) {
     TempTree tree;
     const String name = tree.File("seven.txt", "1234567");
-    struct Row {
-        testing::Version windows;
-        Dword flags;
-        bool sizeEx;
-    };
-    for (const Row& row : {Row{testing::Win95, 0, false}, Row{testing::Nt4, 0x2000000, false},
-                           Row{testing::Win2000, 0x2000000, true}}) {
+    const struct { testing::Version windows; Dword flags; bool sizeEx; } rows[] = {
+        {testing::Win95, 0, false}, {testing::Nt4, 0x2000000, false}, {testing::Win2000, 0x2000000, true}};
+    for (const auto& row : rows) {
         testing::FakeVersion pretend{row.windows};
         std::vector<Dword> flags;
         Replace<&Api::CreateFileA> open{[&](const char* n, Dword a, Dword s, platform::SecurityAttributes* sa, Dword d,
@@ -209,12 +205,7 @@ TEST(FileVersion, TheFirstTranslationNamesTheOnlyTable) {
 
 TEST(FileVersion, NumbersFromTheVersionText) {
     constexpr Long Ok = testing::NothingRaised, Mismatch = RunTime::TypeMismatch, Overflow = RunTime::Overflow;
-    struct Row {
-        const char* text;
-        Integer numbers[4];
-        Long raised[4];
-    };
-    const Row rows[] = {
+    const struct { const char* text; Integer numbers[4]; Long raised[4]; } rows[] = {
         {"1.2.3.4", {1, 2, 3, 4}, {Ok, Ok, Ok, Ok}},
         {"1.2", {1, 2, 0, 0}, {Ok, Ok, Ok, Ok}},
         {"1.2.3.4.5", {1, 2, 3, 4}, {Ok, Ok, Ok, Ok}},
@@ -227,15 +218,13 @@ TEST(FileVersion, NumbersFromTheVersionText) {
     info.Filename(L"fake.dll");
     Integer (FileInfo::*const parts[])() const = {&FileInfo::MajorVersion, &FileInfo::MinorVersion,
                                                   &FileInfo::RevisionVersion, &FileInfo::BuildVersion};
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         block.values["\\StringFileInfo\\040904B0\\FileVersion"] = row.text;
         EXPECT_EQ(info.Version(), testing::Wide(row.text));
         for (int k = 0; k < 4; ++k) {
             Integer number = -1;
             EXPECT_EQ(RaisedNumber([&] { number = (info.*parts[k])(); }), row.raised[k]) << row.text << " part " << k;
-            if (row.raised[k] == Ok) {
-                EXPECT_EQ(number, row.numbers[k]) << row.text << " part " << k;
-            }
+            if (row.raised[k] == Ok) EXPECT_EQ(number, row.numbers[k]) << row.text << " part " << k;
         }
     }
 }
