@@ -17,7 +17,6 @@ If InStr(windows, Chr(0)) > 0 Then windows = Left(windows, InStr(windows, Chr(0)
 
 Set info = CreateObject("Orbex.FileInfo")
 info.Filename = windows & "\system32\kernel32.dll"
-Check TypeName(info.Size) = "Currency" And info.Size > 0 And info.Size = Int(info.Size), "Size in whole bytes"
 stamp = info.LastWriteDate
 Check TypeName(stamp) = "Date" And stamp > DateSerial(1990, 1, 1), "LastWriteDate is a real moment"
 Dim parts: parts = Split(info.Version, ".")

@@ -59,20 +59,6 @@ private:
     Replace<&Api::GetSaveFileNameA> save_;
 };
 
-TEST(FileLibDialogs, FilterListsAreMadeFromBarSeparatedPairs) {
-    const struct { const wchar_t* filter; std::string list; } rows[] = {
-        {L"", std::string("All Files (*.*)\0*.*\0\0", 21)},
-        {L"Text|*.txt", std::string("Text\0*.txt\0\0", 12)},
-        {L"Text|*.txt|", std::string("Text\0*.txt\0\0", 12)},
-        {L"Text|*.txt|All|*.*", std::string("Text\0*.txt\0All\0*.*\0\0", 20)},
-    };
-    for (const auto& row : rows) {
-        FakeFileDialogs fake;
-        FileLib().FileOpenDialog(0, L"", L"", row.filter);
-        EXPECT_EQ(fake.filter, row.list) << row.filter;
-    }
-}
-
 TEST(FileLibDialogs, FileDialogRecords) {
     FakeFileDialogs fake;
     EXPECT_EQ(FileLib().FileOpenDialog(), L"");
@@ -85,19 +71,21 @@ TEST(FileLibDialogs, FileDialogRecords) {
     EXPECT_EQ(fake.file, std::string(254, ' '));
     EXPECT_EQ(fake.fileTitle, std::string(254, ' '));
     EXPECT_EQ(fake.title + fake.initialDir + fake.defExt, "(null)(null)(null)");
+    EXPECT_EQ(fake.filter, std::string("All Files (*.*)\0*.*\0\0", 21));
 
     FileLib().FileSaveDialog();
     EXPECT_EQ(fake.shown, "save");
     EXPECT_EQ(fake.record.Flags, 8198u);
     EXPECT_EQ(fake.defExt, "(null)");
 
-    FileLib().FileSaveDialog(-2, L"Save it", L"C:\\Data", L"", L".txt",
+    FileLib().FileSaveDialog(-2, L"Save it", L"C:\\Data", L"Text|*.txt|All|*.*", L".txt",
                              static_cast<vqFileDialogFlags>(vqFDNoReadOnlyReturn | vqFDHideReadOnly));
     EXPECT_EQ(fake.record.hwndOwner, -2);
     EXPECT_EQ(fake.title, "Save it");
     EXPECT_EQ(fake.initialDir, "C:\\Data");
     EXPECT_EQ(fake.defExt, ".txt");  // the dot is not stripped
     EXPECT_EQ(fake.record.Flags, 0xFFFF8004u);
+    EXPECT_EQ(fake.filter, std::string("Text\0*.txt\0All\0*.*\0\0", 20));  // "|" pairs to NUL-separated ones
 }
 
 // Blanks around the choice go; the NULs that end it go too, and a multiple selection keeps

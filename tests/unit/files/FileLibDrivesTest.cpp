@@ -19,31 +19,26 @@ using testing::RaisedNumber;
 Currency Scaled(std::int64_t scaled) { return Currency{scaled}; }
 Currency Whole(std::int64_t value) { return Currency{value * 10000}; }
 
-// While alive, the platform's drive list is `roots` (each root ended by a NUL) and every call
-// records the buffer length it was given.
+// While alive, the platform's drive list holds the roots of `letters` (each root ended by a NUL)
+// and every call records the buffer length it was given.
 class FakeDrives {
 public:
-    explicit FakeDrives(std::string roots)
-        : roots_(std::move(roots)), replace_{[this](Dword length, char* buffer) -> Dword {
+    explicit FakeDrives(const char* letters)
+        : replace_{[this](Dword length, char* buffer) -> Dword {
               lengths.push_back(length);
               const auto needed = static_cast<Dword>(roots_.size() + 1);
               if (length < needed) return needed;
-              std::memcpy(buffer, roots_.data(), roots_.size());
-              buffer[roots_.size()] = '\0';
+              std::memcpy(buffer, roots_.data(), roots_.size() + 1);
               return static_cast<Dword>(roots_.size());
-          }} {}
+          }} {
+        for (const char* c = letters; *c; ++c) roots_ += std::string(1, *c) + ":\\" + std::string(1, '\0');
+    }
     std::vector<Dword> lengths;
 
 private:
     std::string roots_;
     Replace<&Api::GetLogicalDriveStringsA> replace_;
 };
-
-std::string Roots(const char* letters) {
-    std::string roots;
-    for (const char* c = letters; *c; ++c) roots += std::string(1, *c) + ":\\" + std::string(1, '\0');
-    return roots;
-}
 
 TEST(FileLibDrives, FormatSizeTable) {
     const String Raises5 = L"<raises 5>";
@@ -97,7 +92,7 @@ TEST(FileLibDrives, DriveListFromOneOrTwoCalls) {
         {"ACDEF", {20, 21}},  // 20 and the final NUL do not
     };
     for (const auto& row : rows) {
-        FakeDrives fake(Roots(row.letters));
+        FakeDrives fake(row.letters);
         const StringArray list = FileLib().DriveList();
         std::vector<String> expected;
         for (const char* c = row.letters; *c; ++c) expected.push_back(String(1, static_cast<wchar_t>(*c)) + L":\\");
@@ -121,7 +116,7 @@ TEST(FileLibDrives, AnUnreadableDriveList) {
 }
 
 TEST(FileLibDrives, CDROMListPicksTheOpticalDrives) {
-    FakeDrives fake(Roots("ACDEFG"));
+    FakeDrives fake("ACDEFG");
     std::string optical;
     Replace<&Api::GetDriveTypeA> types{[&](const char* root) -> Dword {
         return std::strchr(optical.c_str(), root[0]) != nullptr ? 5 : 3;
@@ -137,7 +132,7 @@ TEST(FileLibDrives, CDROMListPicksTheOpticalDrives) {
 
 // A substring search over the whole list, ignoring case.
 TEST(FileLibDrives, DriveExistsSearchesTheListOfRoots) {
-    FakeDrives fake(Roots("ACD"));
+    FakeDrives fake("ACD");
     const FileLib lib;
     const struct { const wchar_t* drive; Boolean exists; } rows[] = {
         {L"C", True}, {L"c:", True}, {L"c:\\", True}, {L"", True},

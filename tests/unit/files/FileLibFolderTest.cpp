@@ -74,7 +74,7 @@ TEST(FileLibFolders, GetSpecialFolderRoutes) {
         }};
     Recorder recorder;
     for (vqSpecialFolder folder : {vqSFTemp, vqSFWindows, vqSFSystem, vqSFAppData}) {
-        EXPECT_EQ(lib.GetSpecialFolder(folder, True), L"");
+        EXPECT_EQ(lib.GetSpecialFolder(folder, True), L"") << folder;
     }
     EXPECT_EQ(lib.GetSpecialFolder(vqSFAppData), L"");
     EXPECT_EQ(asked, (std::vector<std::int32_t>{-32769, -32732, -32731, -32742, 26}));
@@ -87,15 +87,9 @@ TEST(FileLibFolders, GetSpecialFolderRoutes) {
 // is closed.
 TEST(FileLibFolders, GetFolderSizeTakesTheLowWordSigned) {
     FakeFolders fake({
-        {"X:\\Big\\*.*",
-         {{".", Directory, 0},
-          {"..", Directory, 0},
-          {".hidden", Normal, 100},
-          {".dotted", Directory, 0},
-          {"three.gib", Normal, 0xC0000000u},
-          {"four.gib.and.five", Normal, 5, 1},
-          {"locked", Directory, 0},
-          {"inner", Directory, 0}}},
+        {"X:\\Big\\*.*", {{".", Directory, 0}, {"..", Directory, 0}, {".hidden", Normal, 100}, {".dotted", Directory, 0},
+                          {"three.gib", Normal, 0xC0000000u}, {"four.gib.and.five", Normal, 5, 1},
+                          {"locked", Directory, 0}, {"inner", Directory, 0}}},
         {"X:\\Big\\inner\\*.*", {{"small", Normal, 10}}},
         {"X:\\Big\\.dotted\\*.*", {{"unseen", Normal, 1000}}},
     });

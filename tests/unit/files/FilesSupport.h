@@ -55,12 +55,7 @@ private:
 };
 
 // One entry of a folder listing as the platform's search hands it out.
-struct Entry {
-    std::string name;
-    Dword attributes;
-    Dword sizeLow;
-    Dword sizeHigh = 0;
-};
+struct Entry { std::string name; Dword attributes, sizeLow, sizeHigh = 0; };
 
 // While alive, every folder search answers from `listings`, keyed by the search pattern; a
 // pattern that is not there finds nothing. Searches may be open inside one another.
