@@ -224,7 +224,9 @@ TEST(FileVersion, NumbersFromTheVersionText) {
         for (int k = 0; k < 4; ++k) {
             Integer number = -1;
             EXPECT_EQ(RaisedNumber([&] { number = (info.*parts[k])(); }), row.raised[k]) << row.text << " part " << k;
-            if (row.raised[k] == Ok) EXPECT_EQ(number, row.numbers[k]) << row.text << " part " << k;
+            if (row.raised[k] == Ok) {
+                EXPECT_EQ(number, row.numbers[k]) << row.text << " part " << k;
+            }
         }
     }
 }
