@@ -1,8 +1,10 @@
 #include "files/FileInfo.h"
 
-#include "InfoSupport.h"
+#include "FilesSupport.h"
 #include "frame/Ansi.h"
+#include "frame/Raises.h"
 
+#include <map>
 #include <vector>
 
 namespace orbex {
@@ -17,7 +19,8 @@ using platform::SystemTime;
 using platform::testing::Recorder;
 using platform::testing::Replace;
 using testing::Bytes;
-using testing::ScratchFolder;
+using testing::RaisedNumber;
+using testing::TempTree;
 
 std::vector<Boolean> Attributes(const FileInfo& f) {
     return {f.AttributeArchive(), f.AttributeCompressed(), f.AttributeDirectory(), f.AttributeEncrypted(),
@@ -29,54 +32,19 @@ std::vector<double> Stamps(const FileInfo& f) {
     return {f.CreationDate().days, f.LastAccessDate().days, f.LastWriteDate().days};
 }
 
-// A local wall-clock time as days since 1899-12-30, worked out without the platform.
-double Days(const SystemTime& t) {
-    const int y = t.wYear - (t.wMonth <= 2), era = y / 400, yoe = y - era * 400;
-    const int doy = (153 * (t.wMonth + (t.wMonth > 2 ? -3 : 9)) + 2) / 5 + t.wDay - 1;
-    return era * 146097 + yoe * 365 + yoe / 4 - yoe / 100 + doy - 719468 + 25569 +
-           (t.wHour * 3600 + t.wMinute * 60 + t.wSecond) / 86400.0;
-}
-
-// The three stamps the directory entry holds, made local, the milliseconds dropped.
-std::vector<double> PlatformStamps(const std::string& path) {
-    const auto& api = platform::realApi();
-    platform::Win32FindData data{};
-    api.FindClose(api.FindFirstFileA(path.c_str(), &data));
-    std::vector<double> days;
-    for (const FileTime& utc : {data.ftCreationTime, data.ftLastAccessTime, data.ftLastWriteTime}) {
-        FileTime local{};
-        SystemTime system{};
-        api.FileTimeToLocalFileTime(&utc, &local);
-        api.FileTimeToSystemTime(&local, &system);
-        days.push_back(Days(system));
-    }
-    return days;
-}
-
-void ExpectNear(const std::vector<double>& actual, const std::vector<double>& expected) {
-    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(actual.at(i), expected[i], 1e-7) << "stamp " << i;
-}
-
-TEST(FileInfo, FilesFoldersAndNamesThatDoNotOpen) {
-    ScratchFolder folder;
+TEST(FileInfo, FoldersAndNamesThatDoNotOpen) {
+    TempTree tree;
     FileInfo info;
     EXPECT_EQ(Attributes(info), std::vector<Boolean>(13, False));
     EXPECT_EQ(Stamps(info), std::vector<double>(3, 0));
 
-    info.Filename(folder.Write("five.txt", "hello"));
-    EXPECT_EQ(info.FileType(), vqFTDisk);
-    EXPECT_EQ(Bytes(info.Size()), 5);
-    EXPECT_EQ(info.AttributeDirectory(), False);
-    ExpectNear(Stamps(info), PlatformStamps(folder.Path("five.txt")));
-
-    info.Filename(testing::Wide(folder.path));
+    info.Filename(tree[""]);
     EXPECT_EQ(info.AttributeDirectory(), True);
-    ExpectNear(Stamps(info), PlatformStamps(folder.path));
+    EXPECT_GT(info.LastWriteDate().days, 0);
 
     // Type and size cleared, every attribute True, the dates of the folder kept.
     const std::vector<double> kept = Stamps(info);
-    for (const String& name : {testing::Wide(folder.Path("missing.txt")), String(), String(L"no\\such\\place"),
-                               String(L"\u0142\u4E2D.txt")}) {
+    for (const String& name : {tree["missing.txt"], String(L"\u0142\u4E2D.txt")}) {
         info.Filename(name);
         EXPECT_EQ(info.Filename(), AnsiRoundTrip(name));  // as the platform received it
         EXPECT_EQ(info.FileType(), vqFTUnknown);
@@ -89,8 +57,8 @@ TEST(FileInfo, FilesFoldersAndNamesThatDoNotOpen) {
 // Each writable property changes its own bit of the word the load found and sends the whole
 // word, refused or not. A Not loaded object (word -1) sends nothing and keeps its word.
 TEST(FileInfo, AttributeWrites) {
-    ScratchFolder folder;
-    const String name = folder.Write("word.txt", "x");
+    TempTree tree;
+    const String name = tree.File("word.txt", "x");
     constexpr Dword Loaded = 0x4A80;
     Replace<&Api::GetFileAttributesA> attributes{[](const char*) { return Loaded; }};
     std::vector<Dword> sent;
@@ -123,31 +91,15 @@ TEST(FileInfo, AttributeWrites) {
     }
 }
 
-TEST(FileInfo, ReadOnlyWriteReachesTheFile) {
-    ScratchFolder folder;
-    const std::string path = folder.Path("locked.txt");
-    FileInfo info;
-    info.Filename(folder.Write("locked.txt", "x"));
-    const Dword before = platform::realApi().GetFileAttributesA(path.c_str());
-    info.AttributeReadOnly(True);
-    EXPECT_EQ(platform::realApi().GetFileAttributesA(path.c_str()), before | 0x1);
-    info.AttributeReadOnly(False);
-    EXPECT_EQ(platform::realApi().GetFileAttributesA(path.c_str()), before);
-}
-
 // Open flags and size query by family and version; the length by name is a signed 32-bit count,
 // the 64-bit size is exact to the Currency limit, and beyond it the load stops, handle closed.
 TEST(FileInfo, OpenAndSizeByPlatform) {
-    ScratchFolder folder;
-    const String name = folder.Write("seven.txt", "1234567");
-    struct Row {
-        testing::Windows windows;
-        Dword flags;
-        bool sizeEx;
-    };
-    for (const Row& row : {Row{testing::Win95, 0, false}, Row{testing::Nt351, 0x2000000, false},
-                           Row{testing::Nt4, 0x2000000, false}, Row{testing::Win2000, 0x2000000, true}}) {
-        testing::PretendWindows pretend{row.windows};
+    TempTree tree;
+    const String name = tree.File("seven.txt", "1234567");
+    const struct { testing::Version windows; Dword flags; bool sizeEx; } rows[] = {
+        {testing::Win95, 0, false}, {testing::Nt4, 0x2000000, false}, {testing::Win2000, 0x2000000, true}};
+    for (const auto& row : rows) {
+        testing::FakeVersion pretend{row.windows};
         std::vector<Dword> flags;
         Replace<&Api::CreateFileA> open{[&](const char* n, Dword a, Dword s, platform::SecurityAttributes* sa, Dword d,
                                             Dword f, Handle t) {
@@ -162,7 +114,7 @@ TEST(FileInfo, OpenAndSizeByPlatform) {
         EXPECT_EQ(Bytes(info.Size()), 7) << row.windows.major;
     }
     {
-        testing::PretendWindows pretend{testing::Nt4};
+        testing::FakeVersion pretend{testing::Nt4};
         Replace<&Api::FindFirstFileA> find{[](const char*, platform::Win32FindData* data) {
             return *data = {}, data->nFileSizeHigh = 1, data->nFileSizeLow = 0x80000000, Handle{77};
         }};
@@ -171,7 +123,7 @@ TEST(FileInfo, OpenAndSizeByPlatform) {
         info.Filename(name);
         EXPECT_EQ(Bytes(info.Size()), -2147483648LL);
     }
-    for (const std::int64_t reported : {5000000000LL, 922337203685477LL, 922337203685478LL}) {
+    for (const std::int64_t reported : {922337203685477LL, 922337203685478LL}) {
         Replace<&Api::GetFileSizeEx> size{[&](Handle, std::int64_t* out) { return *out = reported, Bool{1}; }};
         Recorder recorder;
         FileInfo info;
@@ -186,8 +138,8 @@ TEST(FileInfo, OpenAndSizeByPlatform) {
 // Whole seconds through the date and time texts; a refused conversion leaves its field alone;
 // text the date conversion does not accept gives 0.
 TEST(FileInfo, StampConversions) {
-    ScratchFolder folder;
-    const String name = folder.Write("stamp.txt", "x");
+    TempTree tree;
+    const String name = tree.File("stamp.txt", "x");
     const SystemTime late{2002, 1, 6, 5, 13, 4, 5, 999};
     Replace<&Api::FileTimeToSystemTime> system{[&](const FileTime*, SystemTime* out) { return *out = late, Bool{1}; }};
     int call = 0;
@@ -196,13 +148,87 @@ TEST(FileInfo, StampConversions) {
     }};
     FileInfo info;
     info.Filename(name);
-    const double expected = Days({2002, 1, 0, 5, 13, 4, 5, 0});
-    ExpectNear(Stamps(info), {expected, 0, expected});
+    const double expected = 37261 + (13 * 3600 + 4 * 60 + 5) / 86400.0;  // 2002-01-05 13:04:05
+    const std::vector<double> stamps = Stamps(info);
+    EXPECT_NEAR(stamps[0], expected, 1e-7);
+    EXPECT_EQ(stamps[1], 0);
+    EXPECT_NEAR(stamps[2], expected, 1e-7);
 
     Replace<&Api::GetDateFormatA> format{[](platform::Lcid, Dword, const SystemTime*, const char*, char* buffer,
                                             std::int32_t) { return std::strcpy(buffer, "no date"), 8; }};
     info.Filename(name);
     EXPECT_EQ(Stamps(info), std::vector<double>(3, 0));
+}
+
+// A version block made up by the test: the translation entries and the values by query path.
+struct FakeBlock {
+    std::vector<std::uint8_t> translation{0x09, 0x04, 0xB0, 0x04};
+    std::map<std::string, std::string> values;
+    std::vector<std::string> queries;
+
+    Replace<&Api::GetFileVersionInfoSizeA> size{[](const char*, Dword*) { return Dword{64}; }};
+    Replace<&Api::GetFileVersionInfoA> read{[](const char*, Dword, Dword, void*) { return platform::Bool{1}; }};
+    Replace<&Api::VerQueryValueA> query{[this](const void*, const char* path, void** value, Dword* length) {
+        queries.push_back(path);
+        if (queries.back() == "\\VarFileInfo\\Translation") {
+            *value = translation.data();
+            *length = static_cast<Dword>(translation.size());
+            return platform::Bool{!translation.empty()};
+        }
+        const auto found = values.find(path);
+        if (found == values.end()) return platform::Bool{0};
+        *value = found->second.data();
+        *length = static_cast<Dword>(found->second.size() + 1);
+        return platform::Bool{1};
+    }};
+};
+
+TEST(FileVersion, TheFirstTranslationNamesTheOnlyTable) {
+    FakeBlock block;
+    block.translation = {0xCD, 0xAB, 0x34, 0x12, 0x09, 0x04, 0xB0, 0x04};  // 0xABCD/0x1234, then 0x0409/0x04B0
+    block.values["\\StringFileInfo\\ABCD1234\\ProductName"] = "First";
+    block.values["\\StringFileInfo\\040904B0\\ProductName"] = "Second";
+    block.values["\\StringFileInfo\\040904B0\\CompanyName"] = "Second only";
+    FileInfo info;
+    info.Filename(L"fake.dll");
+    block.queries.clear();
+    EXPECT_EQ(info.ProductName(), L"First");
+    EXPECT_EQ(block.queries, (std::vector<std::string>{"\\VarFileInfo\\Translation", "\\StringFileInfo\\ABCD1234\\ProductName"}));
+    EXPECT_EQ(info.CompanyName(), L"");
+
+    block.translation = {};
+    EXPECT_EQ(info.ProductName(), L"");
+    block.translation = {0xCD, 0xAB};
+    EXPECT_EQ(RaisedNumber([&] { info.ProductName(); }), RunTime::InvalidArgument);
+    EXPECT_EQ(RaisedNumber([&] { info.MajorVersion(); }), RunTime::InvalidArgument);
+}
+
+TEST(FileVersion, NumbersFromTheVersionText) {
+    constexpr Long Ok = testing::NothingRaised, Mismatch = RunTime::TypeMismatch, Overflow = RunTime::Overflow;
+    const struct { const char* text; Integer numbers[4]; Long raised[4]; } rows[] = {
+        {"1.2.3.4", {1, 2, 3, 4}, {Ok, Ok, Ok, Ok}},
+        {"1.2", {1, 2, 0, 0}, {Ok, Ok, Ok, Ok}},
+        {"1.2.3.4.5", {1, 2, 3, 4}, {Ok, Ok, Ok, Ok}},
+        {"5.1.26.0 (build tag", {5, 1, 26, 0}, {Ok, Ok, Ok, Mismatch}},
+        {"1.2.70000.0", {1, 2, 0, 0}, {Ok, Ok, Overflow, Ok}},
+        {"1..3", {1, 0, 3, 0}, {Ok, Mismatch, Ok, Ok}},
+    };
+    FakeBlock block;
+    FileInfo info;
+    info.Filename(L"fake.dll");
+    Integer (FileInfo::*const parts[])() const = {&FileInfo::MajorVersion, &FileInfo::MinorVersion,
+                                                  &FileInfo::RevisionVersion, &FileInfo::BuildVersion};
+    for (const auto& row : rows) {
+        block.values["\\StringFileInfo\\040904B0\\FileVersion"] = row.text;
+        EXPECT_EQ(info.Version(), testing::Wide(row.text));
+        for (int k = 0; k < 4; ++k) {
+            Integer number = -1;
+            EXPECT_EQ(RaisedNumber([&] { number = (info.*parts[k])(); }), row.raised[k]) << row.text << " part " << k;
+            if (row.raised[k] == Ok) {
+                EXPECT_EQ(number, row.numbers[k]) << row.text << " part " << k;
+            }
+        }
+    }
 }
 
 }  // namespace

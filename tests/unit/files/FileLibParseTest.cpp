@@ -39,25 +39,19 @@ std::string Shown(const String& text) {
 // The four parsers side by side: pure text, only the backslash separates levels, the last dot
 // of the whole text starts the extension, and positions beyond an Integer overflow.
 TEST(FileLibParse, RootPathNameAndExtension) {
-    const struct {
-        String filename, root, path, name, ext;
-    } rows[] = {
+    const struct { String filename, root, path, name, ext; } rows[] = {
         {L"C:\\Dir\\File.txt", L"C:\\", L"C:\\Dir\\", L"File.txt", L"txt"},
         {L"C:\\Dir\\", L"C:\\", L"C:\\Dir\\", L"", L""},
         {L"C:\\Dir.old\\File", L"C:\\", L"C:\\Dir.old\\", L"File", L"old\\File"},
         {L"C:File.txt", L"C:\\", L"C:File.txt", L"C:File.txt", L"txt"},
         {L"C:", L"C:\\", L"C:", L"C:", L""},
-        {L"c:\\x", L"c:\\", L"c:\\", L"x", L""},
         {L"1:x", L"1:\\", L"1:x", L"1:x", L""},
-        {L"::x", L"::\\", L"::x", L"::x", L""},
         {L"C", L"", L"C", L"C", L""},
         {L"File.txt", L"", L"File.txt", L"File.txt", L"txt"},
         {L"archive.tar.gz", L"", L"archive.tar.gz", L"archive.tar.gz", L"gz"},
-        {L"File.", L"", L"File.", L"File.", L""},
         {L".profile", L"", L".profile", L".profile", L"profile"},
         {L"\\Dir\\File", L"", L"\\Dir\\", L"File", L""},
         {L"\\\\Server\\Share\\Dir\\File.txt", L"\\\\Server\\Share\\", L"\\\\Server\\Share\\Dir\\", L"File.txt", L"txt"},
-        {L"\\\\Server\\Share\\", L"\\\\Server\\Share\\", L"\\\\Server\\Share\\", L"", L""},
         {L"\\\\Server\\Share", L"\\\\Server\\Share\\", L"\\\\Server\\", L"Share", L""},
         {L"\\\\Server\\", L"\\\\Server\\\\", L"\\\\Server\\", L"", L""},
         {L"\\\\Server", L"", L"\\\\", L"Server", L""},
@@ -67,9 +61,7 @@ TEST(FileLibParse, RootPathNameAndExtension) {
         {L"", L"", L"", L"", L""},
         // Blanks around the text are trimmed; tabs are not blanks.
         {L"   C:\\Dir\\File.txt  ", L"C:\\", L"C:\\Dir\\", L"File.txt", L"txt"},
-        {L"  \\\\Server\\Share  ", L"\\\\Server\\Share\\", L"\\\\Server\\", L"Share", L""},
         {L"\tC:\\a", L"", L"\tC:\\", L"a", L""},
-        {L"    ", L"", L"", L"", L""},
         // Positions live in an Integer: a backslash at 32767 is the last one that fits, and
         // what lies behind it then starts at a position that does not.
         {Repeat(32766, L'a') + L"\\x", L"", Repeat(32766, L'a') + L"\\", Overflow, L""},

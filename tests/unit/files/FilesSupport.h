@@ -1,26 +1,35 @@
-// Test helpers for FileLib: a scratch tree of real folders and files under the temporary
-// folder, made and removed directly, and listings that stand in for a folder search.
+// Test helpers for the file classes: a scratch folder of real files, listings that stand in for
+// a folder search, and readings of Currency sizes and raised errors. Older Windows versions are
+// pretended with the system classes' FakeVersion.
 #pragma once
+#include "frame/RaisedError.h"
 #include "frame/Types.h"
 #include "platform/TestHook.h"
+#include "system/FakeSystem.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
 namespace orbex::testing {
 
+using platform::Dword;
+
+inline String Wide(const std::string& text) { return String(text.begin(), text.end()); }
+
+// A folder under the temporary folder, removed with all it holds.
 class TempTree {
 public:
     TempTree() {
         char temp[261] = {};
-        const platform::Dword length = platform::realApi().GetTempPathA(sizeof temp, temp);
-        path_ = std::string(temp, length) + "OrbexFileLib" + std::to_string(std::random_device{}());
+        path_ = std::string(temp, platform::realApi().GetTempPathA(sizeof temp, temp)) + "OrbexFiles" +
+                std::to_string(std::random_device{}());
         EXPECT_TRUE(std::filesystem::create_directory(path_)) << path_;
     }
     ~TempTree() {
@@ -35,54 +44,42 @@ public:
     String operator[](const std::string& name) const { return Wide(Path(name)); }
 
     void Folder(const std::string& name) const { std::filesystem::create_directories(Path(name)); }
-    void File(const std::string& name, std::size_t size) const {
-        std::ofstream(Path(name), std::ios::binary) << std::string(size, 'x');
+    String File(const std::string& name, const std::string& content) const {
+        std::ofstream(Path(name), std::ios::binary) << content;
+        return (*this)[name];
     }
     bool Exists(const std::string& name) const { return std::filesystem::exists(Path(name)); }
-
-    static String Wide(const std::string& text) { return String(text.begin(), text.end()); }
 
 private:
     std::string path_;
 };
 
 // One entry of a folder listing as the platform's search hands it out.
-struct Entry {
-    std::string name;
-    platform::Dword attributes;
-    platform::Dword sizeLow;
-    platform::Dword sizeHigh = 0;
-};
+struct Entry { std::string name; Dword attributes, sizeLow, sizeHigh = 0; };
 
 // While alive, every folder search answers from `listings`, keyed by the search pattern; a
-// pattern that is not there finds nothing.
+// pattern that is not there finds nothing. Searches may be open inside one another.
 class FakeFolders {
 public:
-    using Listings = std::vector<std::pair<std::string, std::vector<Entry>>>;
+    using Listings = std::map<std::string, std::vector<Entry>>;
 
     explicit FakeFolders(Listings listings)
         : listings_(std::move(listings)),
           first_{[this](const char* pattern, platform::Win32FindData* data) -> platform::Handle {
               patterns.emplace_back(pattern);
-              for (std::size_t i = 0; i < listings_.size(); ++i) {
-                  if (listings_[i].first == pattern && !listings_[i].second.empty()) {
-                      positions_.push_back({i, 0});
-                      Fill(listings_[i].second[0], data);
-                      return static_cast<platform::Handle>(positions_.size());
-                  }
-              }
-              return platform::InvalidHandle;
+              const auto found = listings_.find(pattern);
+              if (found == listings_.end()) return platform::InvalidHandle;
+              searches_.push_back({&found->second, 0});
+              Fill(found->second.at(0), data);
+              return static_cast<platform::Handle>(searches_.size());
           }},
           next_{[this](platform::Handle search, platform::Win32FindData* data) -> platform::Bool {
-              auto& [listing, at] = positions_.at(static_cast<std::size_t>(search) - 1);
-              if (++at >= listings_[listing].second.size()) return 0;
-              Fill(listings_[listing].second[at], data);
+              auto& [listing, at] = searches_.at(static_cast<std::size_t>(search) - 1);
+              if (++at >= listing->size()) return 0;
+              Fill((*listing)[at], data);
               return 1;
           }},
-          close_{[this](platform::Handle) -> platform::Bool {
-              ++closed;
-              return 1;
-          }} {}
+          close_{[this](platform::Handle) -> platform::Bool { return ++closed, 1; }} {}
 
     std::vector<std::string> patterns;
     int closed = 0;
@@ -97,10 +94,27 @@ private:
     }
 
     Listings listings_;
-    std::vector<std::pair<std::size_t, std::size_t>> positions_;
+    std::vector<std::pair<const std::vector<Entry>*, std::size_t>> searches_;
     platform::testing::Replace<&platform::Api::FindFirstFileA> first_;
     platform::testing::Replace<&platform::Api::FindNextFileA> next_;
     platform::testing::Replace<&platform::Api::FindClose> close_;
 };
+
+// The whole number of bytes a Currency size holds; a fraction fails the test.
+inline std::int64_t Bytes(Currency size) {
+    EXPECT_EQ(size.scaled % 10000, 0);
+    return size.scaled / 10000;
+}
+
+// The error a call raises; a call that raises nothing gives an error of number 0.
+template <class Call>
+RaisedError Caught(Call&& call) {
+    try {
+        call();
+    } catch (const RaisedError& error) {
+        return error;
+    }
+    return RaisedError{};
+}
 
 }  // namespace orbex::testing
