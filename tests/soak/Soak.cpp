@@ -1,6 +1,6 @@
-// The soak: drives the registered Orbex.dll as a client does, round after round, and checks that
-// the process's handle count and private memory come back to where they stood after a warm-up
-// round. One argument scales the counts: the number of objects created of each class (the keys
+// The soak: drives the registered Orbex.dll as a client does, a warm-up round and then the
+// measured one, and checks that the process's handle count and private memory come back to
+// where they stood after the warm-up. One argument scales the counts: the number of objects created of each class (the keys
 // opened are a tenth of it). See docs/lifetime.md for the bounds and the figures.
 #include <windows.h>
 #include <oleauto.h>
@@ -142,10 +142,59 @@ void CreateAndRelease(int count) {
     }
 }
 
+// Whether the module may be unloaded: no object and no lock alive.
+HRESULT ModuleCanUnload() {
+    using CanUnload = HRESULT(STDAPICALLTYPE*)();
+    HMODULE module = GetModuleHandleW(L"Orbex.dll");
+    auto canUnload = module ? reinterpret_cast<CanUnload>(reinterpret_cast<void*>(GetProcAddress(module, "DllCanUnloadNow")))
+                            : nullptr;
+    return canUnload ? canUnload() : E_FAIL;
+}
+
+// `count` times what a long-running host does between scripts: an object created and called
+// late-bound (which loads the type library), released, and unused libraries freed at once.
+void FreeAndCreateAgain(int count) {
+    for (int i = 0; i < count; ++i) {
+        Ref<IDispatch> system;
+        Create(CLSID_SystemLib, IID_IDispatch, system);
+        Var name;
+        EXCEPINFO exception{};
+        Check(Call(system.p, L"ComputerName", DISPATCH_PROPERTYGET, {}, name.put(), &exception), "Invoke ComputerName");
+        system.put();
+        if (ModuleCanUnload() != S_OK) Fail("an object outlived its last reference");
+        CoFreeUnusedLibrariesEx(0, 0);
+    }
+}
+
+// `count` threads, each an apartment of its own that creates objects, has one raise an error
+// and ends: what a thread leaves behind in the module must go with it.
+DWORD WINAPI ApartmentThread(void*) {
+    CoInitialize(nullptr);
+    {
+        Ref<_RegLib> reg;
+        Ref<_RegistryKey> root, refused;
+        if (SUCCEEDED(CoCreateInstance(CLSID_RegLib, nullptr, CLSCTX_INPROC_SERVER, IID__RegLib,
+                                       reinterpret_cast<void**>(reg.put()))) &&
+            SUCCEEDED(reg->get_CurrentUser(Bstr(), root.put())))
+            root->CreateSubKey(Bstr(std::wstring(300, L'x')), refused.put());
+    }
+    CoUninitialize();
+    return 0;
+}
+
+void ThreadsComeAndGo(int count) {
+    for (int i = 0; i < count; ++i) {
+        HANDLE thread = CreateThread(nullptr, 0, ApartmentThread, nullptr, 0, nullptr);
+        if (!thread) Fail("CreateThread");
+        WaitForSingleObject(thread, INFINITE);
+        CloseHandle(thread);
+    }
+}
+
 // The soak's own places: a registry key under HKCU\Software, a folder with an INI file.
 struct Places {
     std::wstring keyPath = L"Software\\OrbexSoak";
-    std::wstring folder, iniFile, dllPath;
+    std::wstring folder, iniFile, dllPath, machine;
 };
 
 // `count` keys opened and closed: created, opened again read-only and writeable, closed
@@ -211,6 +260,9 @@ void RegistryWork(const Places& places, _RegistryKey* base) {
     Check(copy->RenameSubKey(Bstr(sibling + L"renamed"), renamed.put()), "RegistryKey.RenameSubKey");
     Check(base->CreateSubKey(Bstr(L"other"), other.put()), "RegistryKey.CreateSubKey");
     Check(key->CopyValues(&other.p), "RegistryKey.CopyValues");
+    Check(key->CopyValue(Bstr(L"dword"), &other.p), "RegistryKey.CopyValue");
+    Ref<_RegistryKey> same;
+    Check(key->CopySubKeyEx(&other.p, same.put()), "RegistryKey.CopySubKeyEx");
     Check(base->DeleteSubKeyTree(Bstr(L"renamed"), VARIANT_FALSE), "RegistryKey.DeleteSubKeyTree");
     Check(base->DeleteSubKeyTree(Bstr(L"other"), VARIANT_FALSE), "RegistryKey.DeleteSubKeyTree");
 
@@ -228,6 +280,20 @@ void RegistryWork(const Places& places, _RegistryKey* base) {
 
 // Failures on purpose: a raised RegistryKey error through IDispatch with its EXCEPINFO, the
 // same through the vtable with its error info, a call on a closed key, and refused calls.
+// Keys reached through a machine name: a root named with the machine, a sub-key opened from it
+// through a connection, a remote base key; and a machine that does not answer.
+void RemoteWork(const Places& places, _RegistryKey* base) {
+    Ref<_RegLib> reg;
+    Create(CLSID_RegLib, IID__RegLib, reg);
+    const Bstr machine(places.machine);
+    Ref<_RegistryKey> root, key, remote;
+    Check(reg->get_CurrentUser(machine, root.put()), "RegLib.CurrentUser on a machine");
+    Check(root->OpenSubKey(Bstr(places.keyPath), VARIANT_FALSE, key.put()), "RegistryKey.OpenSubKey on a machine");
+    Check(base->OpenRemoteBaseKey(vqCurrentUser, machine, remote.put()), "RegistryKey.OpenRemoteBaseKey");
+    if (SUCCEEDED(base->OpenRemoteBaseKey(vqCurrentUser, Bstr(L"no-such-machine"), remote.put())))
+        Fail("OpenRemoteBaseKey reached a machine that does not exist");
+}
+
 void ErrorWork(_RegistryKey* base) {
     const std::wstring tooLong(300, L'x');
     Bstr longName(tooLong);
@@ -302,6 +368,8 @@ void IniWork(const Places& places) {
     Check(ini->DeleteKey(section, key, file), "INILib.DeleteKey");
     Check(ini->DeleteSection(other, file), "INILib.DeleteSection");
     Check(ini->put_Filename(file), "INILib.Filename");
+    LONG bufferSize = 4096;
+    Check(ini->put_BufferSize(&bufferSize), "INILib.BufferSize");
     Check(ini->get_Filename(text.put()), "INILib.Filename");
 }
 
@@ -330,12 +398,17 @@ void FileWork(const Places& places) {
     DATE date = 0;
     Check(info->get_LastWriteDate(&date), "FileInfo.LastWriteDate");
     Check(info->get_AttributeReadOnly(&yes), "FileInfo.AttributeReadOnly");
+    Check(info->put_Filename(Bstr(places.iniFile)), "FileInfo.Filename");
+    Check(info->get_Size(&size), "FileInfo.Size");
 
     Ref<_DiskInfo> disk;
     Check(files->get_DiskInfo(Bstr(places.folder.substr(0, 3)), disk.put()), "FileLib.DiskInfo");
     Check(disk->get_FileSystem(text.put()), "DiskInfo.FileSystem");
     Check(disk->get_TotalBytes(&size), "DiskInfo.TotalBytes");
     Check(disk->get_SerialNumberHex(text.put()), "DiskInfo.SerialNumberHex");
+    Bstr root(places.folder);
+    Check(disk->put_RootName(&root.text), "DiskInfo.RootName");
+    Check(disk->get_FileSystem(text.put()), "DiskInfo.FileSystem");
 }
 
 void SystemWork() {
@@ -371,6 +444,8 @@ void SystemWork() {
 
 void Round(const Places& places, int objects) {
     CreateAndRelease(objects);
+    FreeAndCreateAgain(objects / 100);
+    ThreadsComeAndGo(objects / 100);
     Ref<_RegLib> reg;
     Create(CLSID_RegLib, IID__RegLib, reg);
     Ref<_RegistryKey> user, base;
@@ -379,6 +454,7 @@ void Round(const Places& places, int objects) {
     OpenAndCloseKeys(base.p, objects / 10);
     for (int i = 0; i < objects / 10; ++i) {
         RegistryWork(places, base.p);
+        RemoteWork(places, base.p);
         ErrorWork(base.p);
         IniWork(places);
         FileWork(places);
@@ -407,6 +483,10 @@ int main(int argc, char** argv) {
     places.iniFile = places.folder + L"\\soak.ini";
     places.dllPath = ORBEX_DLL_PATH;
     for (wchar_t& c : places.dllPath) if (c == L'/') c = L'\\';
+    wchar_t computer[MAX_COMPUTERNAME_LENGTH + 1];
+    DWORD length = MAX_COMPUTERNAME_LENGTH + 1;
+    GetComputerNameW(computer, &length);
+    places.machine.assign(computer, length);
     CreateDirectoryW(places.folder.c_str(), nullptr);
 
     CoInitialize(nullptr);

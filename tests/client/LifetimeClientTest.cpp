@@ -1,6 +1,7 @@
-// Orbex objects across apartments: created on one single-threaded apartment and used from
-// another through the type-library marshaler, and created from a multithreaded apartment. Every
-// call's outcome is gathered on the using thread and checked on the test's own thread.
+// How long objects and the module live: objects created on one single-threaded apartment and
+// used from another through the type-library marshaler, created from a multithreaded apartment,
+// and the module asked to unload between uses. The outcome of each call made on another thread
+// is gathered there and checked on the test's own thread.
 #include "ClientSupport.h"
 #include "ProcessFigures.h"
 
@@ -179,6 +180,25 @@ Seen CrossApartmentRound(bool throughGlobalTable) {
     return seen;
 }
 
+// A host that frees unused libraries between uses: the module stays loaded, and a round of
+// release, free and create again leaves no handle behind.
+TEST(ModuleLifetime, FreeingUnusedLibrariesLeavesNothingBehind) {
+    const auto round = [] {
+        Ref<IDispatch> system = CreateByProgId(L"Orbex.SystemLib");
+        ASSERT_NE(system.get(), nullptr);
+        Variant name;
+        ASSERT_EQ(Call(system.get(), L"ComputerName", DISPATCH_PROPERTYGET, {}, &name), S_OK);
+        system.put();
+        ASSERT_EQ(ModuleCanUnload(), S_OK);
+        CoFreeUnusedLibrariesEx(0, 0);
+    };
+    round();
+    const DWORD handles = HandleCount();
+    for (int i = 0; i < 4; ++i) round();
+    EXPECT_EQ(HandleCount(), handles);
+    EXPECT_NE(GetModuleHandleW(L"Orbex.dll"), nullptr);
+}
+
 TEST(Apartments, AnObjectServesAnotherApartmentAndGoesWhenReleased) {
     for (bool throughGlobalTable : {false, true}) {
         SCOPED_TRACE(throughGlobalTable ? "global interface table" : "stream");
@@ -199,7 +219,8 @@ TEST(Apartments, AMultithreadedClientGetsTheObjectThroughItsApartment) {
         if (SUCCEEDED(seen.unmarshal)) Drive(reg.get(), seen);
     });
     // No check that the module may unload here: Wine 8.0's host apartment keeps its reference
-    // to the class factory it hands to the multithreaded apartment.
+    // to the class factory it hands to the multithreaded apartment, so from here on the module
+    // never may. The tests above that need it come first.
     ExpectDriven(seen);
 }
 
