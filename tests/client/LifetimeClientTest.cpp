@@ -152,7 +152,8 @@ HRESULT ModuleCanUnload() {
 
 DWORD HandleCount() { return soak::MeasureProcess().handles; }
 
-// One round: a RegLib made here, marshaled through a stream, used from another STA thread.
+// One round: a RegLib made here, marshaled through a stream or the global interface table and
+// used from another single-threaded apartment.
 Seen CrossApartmentRound(bool throughGlobalTable) {
     Seen seen;
     Ref<_RegLib> reg;
