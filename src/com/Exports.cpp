@@ -25,8 +25,12 @@ extern "C" HRESULT STDAPICALLTYPE DllCanUnloadNow() {
 extern "C" HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID clsid, REFIID riid, void** object) {
     if (!object) return E_POINTER;
     *object = nullptr;
-    for (const ClassEntry& entry : Classes())
-        if (IsEqualCLSID(clsid, entry.classId)) return GetClassFactory(entry, riid, object);
+    for (const ClassEntry& entry : Classes()) {
+        if (IsEqualCLSID(clsid, entry.classId)) {
+            PinModule();
+            return GetClassFactory(entry, riid, object);
+        }
+    }
     return CLASS_E_CLASSNOTAVAILABLE;
 }
 

@@ -11,6 +11,9 @@ void SetModuleInstance(HINSTANCE instance);  // from DllMain
 HINSTANCE ModuleInstance();
 std::wstring ModulePath();
 
+// Keeps the module loaded for the rest of the process; see Module.cpp.
+void PinModule();
+
 void ObjectCreated();
 void ObjectDestroyed();
 void LockModule(bool lock);
