@@ -52,6 +52,17 @@ BoundedArray<Element> ReadVector(SAFEARRAY* array, Convert convert) {
 
 }  // namespace
 
+bool IsSoundDecimal(const VARIANT* value) {
+    if ((V_VT(value) & VT_TYPEMASK) != VT_DECIMAL || (V_VT(value) & VT_ARRAY)) return true;
+    const DECIMAL* decimal = (V_VT(value) & VT_BYREF) ? V_DECIMALREF(value) : &V_DECIMAL(value);
+    return !decimal || (decimal->scale <= 28 && (decimal->sign & ~DECIMAL_NEG) == 0);
+}
+
+HRESULT ChangeType(VARIANT* out, const VARIANT* in, VARTYPE type) {
+    if (!IsSoundDecimal(in)) return DISP_E_TYPEMISMATCH;
+    return VariantChangeType(out, const_cast<VARIANT*>(in), 0, type);
+}
+
 String ToString(BSTR text) { return text ? String(text, SysStringLen(text)) : String(); }
 
 BSTR ToBstr(const String& text) {
@@ -66,7 +77,7 @@ StringArray ToStringArray(SAFEARRAY* array) {
     if (type == VT_VARIANT) {
         return ReadVector<String>(array, [](void* data, LONG i) {
             UniqueVariant text;
-            if (FAILED(VariantChangeType(text.get(), static_cast<VARIANT*>(data) + i, 0, VT_BSTR))) return String();
+            if (FAILED(ChangeType(text.get(), static_cast<VARIANT*>(data) + i, VT_BSTR))) return String();
             return ToString(V_BSTR(text.get()));
         });
     }
@@ -132,7 +143,7 @@ Variant ToValue(const VARIANT& value) {
     case VT_DECIMAL: {
         // Wider integers than a client's language has arrive as the nearest Double.
         UniqueVariant number;
-        if (FAILED(VariantChangeType(number.get(), const_cast<VARIANT*>(v), 0, VT_R8))) return Opaque{};
+        if (FAILED(ChangeType(number.get(), v, VT_R8))) return Opaque{};
         return V_R8(number.get());
     }
     default: return Opaque{};
