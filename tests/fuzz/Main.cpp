@@ -130,6 +130,7 @@ struct Options {
     std::uint64_t calls = 2000;
     double seconds = 60;
     std::uint64_t record = ~0ull;  // the call whose platform calls the hang report lists
+    std::uint64_t traceFrom = ~0ull;  // the first call printed before it runs
 };
 
 Options Parse(int argc, char** argv) {
@@ -139,6 +140,7 @@ Options Parse(int argc, char** argv) {
         if (name == "--seed") options.seed = std::strtoull(argv[i + 1], nullptr, 10);
         else if (name == "--calls") options.calls = std::strtoull(argv[i + 1], nullptr, 10);
         else if (name == "--seconds") options.seconds = std::strtod(argv[i + 1], nullptr);
+        else if (name == "--trace-from") options.traceFrom = std::strtoull(argv[i + 1], nullptr, 10);
         else if (name == "--record") options.record = std::strtoull(argv[i + 1], nullptr, 10);
     }
     return options;
@@ -172,6 +174,7 @@ private:
     std::map<std::wstring, std::vector<Member>> members_;
     std::map<HRESULT, unsigned long> outcomes_;
     std::string before_;
+    bool beforeIsCurrent_ = false;  // no unwatched call since before_ was taken
     std::string refusal_;  // the failed call's Description
     unsigned long resets_ = 0;
 };
@@ -266,6 +269,7 @@ void Fuzzer::run() {
     sandbox_.reset();
     refill();
     before_ = sandbox_.snapshot();
+    beforeIsCurrent_ = true;
     const ULONGLONG start = GetTickCount64();
     std::uint64_t index = 0;
     for (; index < options_.calls; ++index) {
@@ -411,8 +415,21 @@ void Fuzzer::call(std::uint64_t index) {
     for (DISPID named : namedIds) described += std::to_string(named) + " ";
     described += "]";
     std::snprintf(gCurrent, sizeof gCurrent, "%s", described.c_str());
+    if (index >= options_.traceFrom) {
+        std::printf("%s\n", gCurrent);
+        std::fflush(stdout);
+    }
 
     gCallStarted = GetTickCount64();
+    // The sandbox is photographed around every call that may write, and around every eighth
+    // other call: the photographs cost more than the calls.
+    const bool watched = member->receiver != Receiver::Any || member->className == L"SystemLib" ||
+                         member->className == L"DiskInfo" || index % 8 == 0 ||
+                         std::any_of(member->parameters.begin(), member->parameters.end(),
+                                     [](const Parameter& p) { return p.confined != Confined::No; });
+    if (watched && !beforeIsCurrent_) before_ = sandbox_.snapshot();
+    beforeIsCurrent_ = watched;
+
     gPhase = "in Invoke";
     std::unique_ptr<orbex::platform::testing::Recorder> recorder;
     if (index == options_.record) gRecorder = (recorder = std::make_unique<orbex::platform::testing::Recorder>()).get();
@@ -439,6 +456,7 @@ void Fuzzer::call(std::uint64_t index) {
     SysFreeString(exception.bstrHelpFile);
     receiver->Release();
 
+    if (!watched) return;
     gPhase = "comparing the sandbox";
     std::string after = sandbox_.snapshot();
     if (FAILED(hr) && after != before_ && !MayFailPartway(memberName, refusal_)) {
@@ -503,6 +521,8 @@ int main(int argc, char** argv) {
     gSeed = options.seed;
     std::snprintf(gCurrent, sizeof gCurrent, "before the first call");
     SetUnhandledExceptionFilter(OnCrash);
+    ULONG reserve = 64 * 1024;  // room for the report when the stack overflows
+    SetThreadStackGuarantee(&reserve);
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
     CloseHandle(CreateThread(nullptr, 0, Watchdog, nullptr, 0, nullptr));
     if (FAILED(CoInitialize(nullptr))) Fail("setup", "CoInitialize failed");
