@@ -198,6 +198,9 @@ TEST(FileLibFolders, GetFolderSizeOfARealTree) {
         {tree["empty"], True, 0},
         {tree["missing"], True, 0},
         {tree["a.txt"], True, 0},
+        // The platform reads a path up to a NUL; the scan must not go on below what follows it.
+        {tree["sub"] + String(L"\0tail", 5), True, 34},
+        {tree[""] + String(L"\0", 1), True, 234},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Bytes(lib.GetFolderSize(row.folder, row.includeSubfolders)), row.bytes)
