@@ -30,8 +30,7 @@ public:
     // Anything at all.
     VARIANT anything();
 
-    // Adds a top-level argument that the store frees after the call.
-    void own(const VARIANT& value) { topLevel_.push_back(value); }
+    // The call's rgvarg, which the store frees after the call.
     std::vector<VARIANT>& topLevel() { return topLevel_; }
 
     // Whether every variable passed by reference holds a valid VARIANT after the call.

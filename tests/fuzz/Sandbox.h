@@ -37,7 +37,7 @@ public:
     bool holdsFile(const std::wstring& path) const;
     bool holdsIniFile(const std::wstring& path) const;
     static bool holdsSubKey(const std::wstring& name);
-    // Whether a key's full name is the fuzzer's key (`orBelow`: or one below it).
+    // Whether a key's full name is the fuzzer's key or one below it (`strictlyBelow`: only below).
     static bool ownsKey(const std::wstring& fullName, bool strictlyBelow);
 
 private:
