@@ -1,5 +1,5 @@
-// The profile functions of the real table fail, without calling the platform, when a text is
-// longer than the platform carries (Wine's crash on one); one character less still works.
+// The narrow functions of the real table that Wine crashes in on a text longer than it carries
+// fail without calling the platform; one character less still works.
 #include "platform/Api.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ std::string TempIni() {
     return std::string(folder) + "orbex-profile-text.ini";
 }
 
-TEST(ProfileText, TextsTooLongForThePlatformFailAsNothingFound) {
+TEST(WineTextLimit, TextsTooLongFailAsNothingFound) {
     const std::string file = TempIni();
     realApi().WritePrivateProfileStringA("Main", "Key", "value", file.c_str());
     const std::string longest(32766, 'k'), tooLong(32767, 'k');
@@ -38,6 +38,9 @@ TEST(ProfileText, TextsTooLongForThePlatformFailAsNothingFound) {
         {"write section, line", static_cast<Dword>(api.WritePrivateProfileSectionA("Main", (tooLong + '\0').c_str(), file.c_str())), 0},
     };
     for (const auto& row : rows) EXPECT_EQ(row.answer, row.expected) << row.what;
+    Handle connection = 0;
+    const Handle currentUser = static_cast<Handle>(static_cast<std::int32_t>(0x80000001));
+    EXPECT_EQ(api.RegConnectRegistryA(tooLong.c_str(), currentUser, &connection), 53);  // no such machine
     EXPECT_EQ(api.GetPrivateProfileStringA("Main", "Key", "", buffer, 64, file.c_str()), 5u);
     EXPECT_STREQ(buffer, "value");  // nothing was written
     api.WritePrivateProfileStringA("Main", nullptr, nullptr, file.c_str());
