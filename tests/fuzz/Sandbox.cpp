@@ -38,8 +38,11 @@ void Append(std::string& out, const wchar_t* text, size_t length) {
     out.append(reinterpret_cast<const char*>(text), length * sizeof(wchar_t));
 }
 
+// Both walks recurse once per level, and a call may make hundreds of levels: their buffers
+// live on the heap.
 void SnapshotKey(HKEY key, const std::wstring& path, std::string& out) {
-    wchar_t name[16384];
+    std::vector<wchar_t> buffer(16384);
+    wchar_t* const name = buffer.data();
     std::vector<BYTE> data(1 << 16);
     for (DWORD index = 0;; ++index) {
         DWORD nameLength = 16384, type = 0, size = static_cast<DWORD>(data.size());
@@ -97,9 +100,10 @@ void SnapshotFolder(const std::wstring& folder, std::string& out) {
             HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                       OPEN_EXISTING, 0, nullptr);
             if (file != INVALID_HANDLE_VALUE) {
-                char buffer[65536];
+                std::vector<char> buffer(65536);
                 DWORD read = 0;
-                while (ReadFile(file, buffer, sizeof buffer, &read, nullptr) && read) hash = Fnv(buffer, read, hash);
+                while (ReadFile(file, buffer.data(), static_cast<DWORD>(buffer.size()), &read, nullptr) && read)
+                    hash = Fnv(buffer.data(), read, hash);
                 CloseHandle(file);
             }
             out += '|' + std::to_string(found.nFileSizeLow) + '|' + std::to_string(hash);
