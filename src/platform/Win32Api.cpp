@@ -92,6 +92,7 @@ struct Forward<R (*)(P...)> {
     }
 };
 
+// The plain forwarding entry for `Entry`, for a guard that passes its call on.
 template <auto Entry, auto Win32Function, class... P>
 auto forward(P... arguments) {
     return Forward<std::remove_reference_t<decltype(std::declval<Api>().*Entry)>>::template entry<Win32Function>(
