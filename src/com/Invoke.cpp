@@ -74,22 +74,29 @@ HRESULT toStringArray(const VARIANT* source, VARIANT* target) {
     V_ARRAY(target) = nullptr;
     if (!array) return S_OK;
     if (SafeArrayGetDim(array) != 1) return DISP_E_TYPEMISMATCH;
-    LONG lower = 0, upper = -1;
-    SafeArrayGetLBound(array, 1, &lower);
-    SafeArrayGetUBound(array, 1, &upper);
-    SAFEARRAYBOUND bound{static_cast<ULONG>(upper - lower + 1), lower};
+    // Element by element through the data, never by index: the bounds may lie at the ends of
+    // the LONG range, where upper - lower + 1 does not fit.
+    SAFEARRAYBOUND bound = array->rgsabound[0];
     UniqueSafeArray converted(SafeArrayCreate(VT_BSTR, 1, &bound));
     if (!converted) return E_OUTOFMEMORY;
-    for (LONG index = lower; index <= upper; ++index) {
-        VARIANT* element = nullptr;
-        HRESULT hr = SafeArrayPtrOfIndex(array, &index, reinterpret_cast<void**>(&element));
-        if (FAILED(hr)) return hr;
-        UniqueVariant text;
-        hr = ChangeType(text.get(), element, VT_BSTR);
-        if (FAILED(hr)) return hr;
-        hr = SafeArrayPutElement(converted.get(), &index, V_BSTR(text.get()));
-        if (FAILED(hr)) return hr;
+    VARIANT* elements = nullptr;
+    BSTR* texts = nullptr;
+    HRESULT hr = SafeArrayAccessData(array, reinterpret_cast<void**>(&elements));
+    if (FAILED(hr)) return hr;
+    hr = SafeArrayAccessData(converted.get(), reinterpret_cast<void**>(&texts));
+    if (SUCCEEDED(hr)) {
+        for (ULONG i = 0; i < bound.cElements && SUCCEEDED(hr); ++i) {
+            UniqueVariant text;
+            hr = ChangeType(text.get(), &elements[i], VT_BSTR);
+            if (SUCCEEDED(hr)) {
+                texts[i] = V_BSTR(text.get());
+                V_VT(text.get()) = VT_EMPTY;  // the array owns it now
+            }
+        }
+        SafeArrayUnaccessData(converted.get());
     }
+    SafeArrayUnaccessData(array);
+    if (FAILED(hr)) return hr;
     V_ARRAY(target) = converted.release();
     return S_OK;
 }

@@ -38,14 +38,13 @@ template <class Element, class Convert>
 BoundedArray<Element> ReadVector(SAFEARRAY* array, Convert convert) {
     BoundedArray<Element> out;
     if (!array || SafeArrayGetDim(array) != 1) return out;
-    LONG lower = 0, upper = -1;
-    SafeArrayGetLBound(array, 1, &lower);
-    SafeArrayGetUBound(array, 1, &upper);
-    out.lower = lower;
-    out.items.reserve(upper >= lower ? static_cast<std::size_t>(upper - lower + 1) : 0);
+    // The count from the descriptor: at the ends of the LONG range upper - lower + 1 does not fit.
+    const SAFEARRAYBOUND bound = array->rgsabound[0];
+    out.lower = bound.lLbound;
+    out.items.reserve(bound.cElements);
     void* data = nullptr;
     if (FAILED(SafeArrayAccessData(array, &data))) return out;
-    for (LONG index = 0; index <= upper - lower; ++index) out.items.push_back(convert(data, index));
+    for (ULONG index = 0; index < bound.cElements; ++index) out.items.push_back(convert(data, static_cast<LONG>(index)));
     SafeArrayUnaccessData(array);
     return out;
 }

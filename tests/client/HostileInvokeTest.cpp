@@ -2,6 +2,7 @@
 // names the argument, before anything reads through them, and no stale error info left behind.
 #include "ClientSupport.h"
 
+#include <climits>
 #include <vector>
 
 namespace orbex::client {
@@ -95,6 +96,44 @@ TEST(HostileInvoke, CountsThatPromiseMoreThanThePointersHold) {
             << row.what;
         EXPECT_FALSE(ErrorInfoLeft()) << row.what;
     }
+}
+
+// An array's count comes from its descriptor: with a lower bound at the end of the LONG range,
+// upper - lower + 1 does not fit, and an empty array was read as four billion elements.
+TEST(HostileInvoke, ArraysAtTheEndsOfTheLongRange) {
+    SAFEARRAYBOUND bound{0, LONG_MIN};
+    Variant texts, values;
+    V_VT(&texts) = VT_ARRAY | VT_BSTR;
+    V_ARRAY(&texts) = SafeArrayCreate(VT_BSTR, 1, &bound);
+    V_VT(&values) = VT_ARRAY | VT_VARIANT;
+    V_ARRAY(&values) = SafeArrayCreate(VT_VARIANT, 1, &bound);
+    ASSERT_TRUE(V_ARRAY(&texts) && V_ARRAY(&values));
+
+    // The default of a value that is not there comes back as given.
+    Ref<IDispatch> registry = CreateByProgId(L"Orbex.RegLib");
+    ASSERT_NE(registry.get(), nullptr);
+    Variant user, value;
+    ASSERT_EQ(Call(registry.get(), L"CurrentUser", DISPATCH_PROPERTYGET, {}, &user), S_OK);
+    ASSERT_EQ(Call(V_DISPATCH(&user), L"GetValue", DISPATCH_METHOD, {Bstr(L"no value of this name"), ByRef(&texts)},
+                   &value),
+              S_OK);
+    ASSERT_EQ(V_VT(&value), VT_ARRAY | VT_BSTR);
+    LONG lower = 0;
+    SafeArrayGetLBound(V_ARRAY(&value), 1, &lower);
+    EXPECT_EQ(lower, LONG_MIN);
+    EXPECT_EQ(V_ARRAY(&value)->rgsabound[0].cElements, 0u);
+
+    // A Variant() array converted for a String() parameter: WriteSection refuses its bound (6).
+    Ref<IDispatch> ini = CreateByProgId(L"Orbex.INILib");
+    ASSERT_NE(ini.get(), nullptr);
+    Variant ignored;
+    EXCEPINFO exception{};
+    EXPECT_EQ(Call(ini.get(), L"WriteSection", DISPATCH_METHOD,
+                   {Bstr(L"Section"), ByRef(&values), Bstr(L"C:\\orbex-bounds.ini")}, &ignored, &exception),
+              DISP_E_EXCEPTION);
+    EXPECT_EQ(exception.scode, static_cast<SCODE>(0x800A0006));
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
 }
 
 // A failure that is not the member's own still arrives with Source and Description.
