@@ -65,9 +65,9 @@ public:
     }
     STDMETHODIMP Invoke(DISPID id, REFIID riid, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                         EXCEPINFO* exception, UINT* argumentError) override {
-        if (!IsEqualIID(riid, IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
+        if (!IsEqualIID(riid, IID_NULL)) return Refuse(DISP_E_UNKNOWNINTERFACE);
         const DispatchTable* table = Table();
-        if (!table) return TYPE_E_CANTLOADLIBRARY;
+        if (!table) return Refuse(TYPE_E_CANTLOADLIBRARY);
         // The object outlives the call, whatever the client does with its references meanwhile.
         AddRef();
         const HRESULT hr = InvokeMember(*table, static_cast<Interface*>(this), id, flags, parameters, result,

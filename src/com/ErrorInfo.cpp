@@ -30,6 +30,24 @@ HRESULT HresultFor(Long number) {
     return static_cast<HRESULT>(static_cast<unsigned long>(number) | 0x80000000UL);
 }
 
+namespace {
+
+// Replaces the thread's error info; with none to be had (out of memory) it is at least cleared,
+// so that no earlier call's info stands for this failure.
+void SetInfo(REFIID interfaceId, const wchar_t* source, const wchar_t* description) noexcept {
+    ComPtr<ICreateErrorInfo> create;
+    ComPtr<IErrorInfo> info;
+    if (SUCCEEDED(CreateErrorInfo(create.put()))) {
+        create->SetGUID(interfaceId);
+        create->SetSource(const_cast<LPOLESTR>(source));
+        create->SetDescription(const_cast<LPOLESTR>(description));
+        create->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(info.put()));
+    }
+    SetErrorInfo(0, info.get());
+}
+
+}  // namespace
+
 HRESULT Report(const RaisedError& error, REFIID interfaceId) {
     String source = error.Source;
     String description = error.Description;
@@ -39,16 +57,13 @@ HRESULT Report(const RaisedError& error, REFIID interfaceId) {
             description = standard;
         }
     }
-    ComPtr<ICreateErrorInfo> create;
-    if (SUCCEEDED(CreateErrorInfo(create.put()))) {
-        create->SetGUID(interfaceId);
-        create->SetSource(const_cast<LPOLESTR>(source.c_str()));
-        create->SetDescription(const_cast<LPOLESTR>(description.c_str()));
-        ComPtr<IErrorInfo> info;
-        if (SUCCEEDED(create->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(info.put()))))
-            SetErrorInfo(0, info.get());
-    }
+    SetInfo(interfaceId, source.c_str(), description.c_str());
     return HresultFor(error.Number);
+}
+
+HRESULT ReportUnexpected(HRESULT failure, REFIID interfaceId) noexcept {
+    SetInfo(interfaceId, L"Orbex", failure == E_OUTOFMEMORY ? L"Out of memory" : L"Catastrophic failure");
+    return failure;
 }
 
 }  // namespace orbex::com

@@ -17,6 +17,10 @@ HRESULT HresultFor(Long number);
 // Sets the thread's error info for the failure and returns its HRESULT.
 HRESULT Report(const RaisedError& error, REFIID interfaceId);
 
+// Sets the thread's error info for a failure that is not the member's own (E_OUTOFMEMORY,
+// E_UNEXPECTED), in the environment's words, and returns it.
+HRESULT ReportUnexpected(HRESULT failure, REFIID interfaceId) noexcept;
+
 // Runs `body` and turns whatever it throws into an HRESULT with error info.
 template <class Body>
 HRESULT Guard(REFIID interfaceId, Body&& body) noexcept {
@@ -26,9 +30,9 @@ HRESULT Guard(REFIID interfaceId, Body&& body) noexcept {
     } catch (const RaisedError& error) {
         return Report(error, interfaceId);
     } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
+        return ReportUnexpected(E_OUTOFMEMORY, interfaceId);
     } catch (...) {
-        return E_UNEXPECTED;
+        return ReportUnexpected(E_UNEXPECTED, interfaceId);
     }
 }
 

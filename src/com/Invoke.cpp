@@ -1,5 +1,7 @@
 #include "Invoke.h"
 
+#include "Values.h"
+
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -14,6 +16,43 @@ void* payload(VARIANT* value) { return &V_UI1(value); }
 const VARIANT* dereference(const VARIANT* value) {
     while (V_VT(value) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(value)) value = V_VARIANTREF(value);
     return value;
+}
+
+bool isValidType(VARTYPE type) {
+    const VARTYPE flags = type & ~VT_TYPEMASK;
+    if (flags & ~(VT_BYREF | VT_ARRAY)) return false;
+    switch (type & VT_TYPEMASK) {
+    case VT_EMPTY: case VT_NULL: return flags == 0;
+    case VT_VARIANT: return flags != 0;
+    case VT_I2: case VT_I4: case VT_R4: case VT_R8: case VT_CY: case VT_DATE: case VT_BSTR: case VT_DISPATCH:
+    case VT_ERROR: case VT_BOOL: case VT_UNKNOWN: case VT_DECIMAL: case VT_I1: case VT_UI1: case VT_UI2:
+    case VT_UI4: case VT_I8: case VT_UI8: case VT_INT: case VT_UINT:
+        return true;
+    default: return false;
+    }
+}
+
+// Whether a caller's argument can be read at all: a type a VARIANT may hold, references that
+// point somewhere, and an array whose elements are what its tag says. Nothing below this
+// (the Automation conversions, the members) survives a broken one.
+HRESULT readable(const VARIANT* value) {
+    for (int level = 0; level < 4; ++level) {
+        const VARTYPE type = V_VT(value);
+        if (!isValidType(type)) return DISP_E_BADVARTYPE;
+        if (((type & VT_BYREF) && !V_BYREF(value)) || !IsSoundDecimal(value)) return DISP_E_TYPEMISMATCH;
+        if (type == (VT_BYREF | VT_VARIANT)) {
+            value = V_VARIANTREF(value);
+            continue;
+        }
+        if (type & VT_ARRAY) {
+            SAFEARRAY* array = (type & VT_BYREF) ? *V_ARRAYREF(value) : V_ARRAY(value);
+            VARTYPE elements = VT_EMPTY;
+            if (array && SUCCEEDED(SafeArrayGetVartype(array, &elements)) && elements != (type & VT_TYPEMASK))
+                return DISP_E_TYPEMISMATCH;
+        }
+        return S_OK;
+    }
+    return DISP_E_BADVARTYPE;  // references nested deeper than any client makes them
 }
 
 bool isMissing(const VARIANT* value) {
@@ -35,22 +74,29 @@ HRESULT toStringArray(const VARIANT* source, VARIANT* target) {
     V_ARRAY(target) = nullptr;
     if (!array) return S_OK;
     if (SafeArrayGetDim(array) != 1) return DISP_E_TYPEMISMATCH;
-    LONG lower = 0, upper = -1;
-    SafeArrayGetLBound(array, 1, &lower);
-    SafeArrayGetUBound(array, 1, &upper);
-    SAFEARRAYBOUND bound{static_cast<ULONG>(upper - lower + 1), lower};
+    // Element by element through the data, never by index: the bounds may lie at the ends of
+    // the LONG range, where upper - lower + 1 does not fit.
+    SAFEARRAYBOUND bound = array->rgsabound[0];
     UniqueSafeArray converted(SafeArrayCreate(VT_BSTR, 1, &bound));
     if (!converted) return E_OUTOFMEMORY;
-    for (LONG index = lower; index <= upper; ++index) {
-        VARIANT* element = nullptr;
-        HRESULT hr = SafeArrayPtrOfIndex(array, &index, reinterpret_cast<void**>(&element));
-        if (FAILED(hr)) return hr;
-        UniqueVariant text;
-        hr = VariantChangeType(text.get(), element, 0, VT_BSTR);
-        if (FAILED(hr)) return hr;
-        hr = SafeArrayPutElement(converted.get(), &index, V_BSTR(text.get()));
-        if (FAILED(hr)) return hr;
+    VARIANT* elements = nullptr;
+    BSTR* texts = nullptr;
+    HRESULT hr = SafeArrayAccessData(array, reinterpret_cast<void**>(&elements));
+    if (FAILED(hr)) return hr;
+    hr = SafeArrayAccessData(converted.get(), reinterpret_cast<void**>(&texts));
+    if (SUCCEEDED(hr)) {
+        for (ULONG i = 0; i < bound.cElements && SUCCEEDED(hr); ++i) {
+            UniqueVariant text;
+            hr = ChangeType(text.get(), &elements[i], VT_BSTR);
+            if (SUCCEEDED(hr)) {
+                texts[i] = V_BSTR(text.get());
+                V_VT(text.get()) = VT_EMPTY;  // the array owns it now
+            }
+        }
+        SafeArrayUnaccessData(converted.get());
     }
+    SafeArrayUnaccessData(array);
+    if (FAILED(hr)) return hr;
     V_ARRAY(target) = converted.release();
     return S_OK;
 }
@@ -80,7 +126,7 @@ HRESULT convert(const VARIANT* source, const ParameterInfo& parameter, VARIANT* 
     if (parameter.type == VT_VARIANT) return VariantCopyInd(target, const_cast<VARIANT*>(source));
     if (parameter.type == VT_DISPATCH) return toInterface(source, parameter.interfaceId, target);
     if (parameter.type == (VT_ARRAY | VT_BSTR)) return toStringArray(source, target);
-    return VariantChangeType(target, const_cast<VARIANT*>(source), 0, parameter.type);
+    return ChangeType(target, source, parameter.type);
 }
 
 // A missing argument: the declared default, or "missing" for an optional Variant.
@@ -161,8 +207,12 @@ struct Call {
             const ParameterInfo& parameter = member.parameters[i];
             VARIANT* caller = callerArguments[i];
             VARIANT& value = values[i];
+            HRESULT hr = caller ? readable(caller) : S_OK;
+            if (FAILED(hr)) {
+                if (argumentError) *argumentError = positionOf(caller);
+                return hr;
+            }
             const VARIANT* given = caller ? dereference(caller) : nullptr;
-            HRESULT hr = S_OK;
             if (caller && parameter.byReference && parameter.type != VT_VARIANT &&
                 V_VT(caller) == (VT_BYREF | parameter.type)) {
                 // The caller's own typed variable: the member works on it in place.
@@ -276,15 +326,25 @@ void fillException(HRESULT failure, EXCEPINFO* exception) {
 
 }  // namespace
 
+HRESULT Refuse(HRESULT failure) {
+    SetErrorInfo(0, nullptr);
+    return failure;
+}
+
 HRESULT InvokeMember(const DispatchTable& table, void* self, DISPID id, WORD flags, DISPPARAMS* parameters,
                      VARIANT* result, EXCEPINFO* exception, UINT* argumentError) {
     const MemberInfo* member = table.find(id, flags);
-    if (!member) return DISP_E_MEMBERNOTFOUND;
+    if (!member) return Refuse(DISP_E_MEMBERNOTFOUND);
     DISPPARAMS none{nullptr, nullptr, 0, 0};
-    Call call(*member, parameters ? *parameters : none);
+    if (!parameters) parameters = &none;
+    // Counts that promise more than the pointers hold are refused before anything is read.
+    if ((parameters->cArgs && !parameters->rgvarg) || parameters->cNamedArgs > parameters->cArgs ||
+        (parameters->cNamedArgs && !parameters->rgdispidNamedArgs))
+        return Refuse(E_INVALIDARG);
+    Call call(*member, *parameters);
     HRESULT hr = call.match(argumentError);
     if (SUCCEEDED(hr)) hr = call.prepare(argumentError);
-    if (FAILED(hr)) return hr;
+    if (FAILED(hr)) return Refuse(hr);
 
     hr = callMember(self, member->vtableOffset, call.slots, call.types.data(), call.pointers.data());
     if (FAILED(hr)) {

@@ -10,4 +10,8 @@ namespace orbex::com {
 HRESULT InvokeMember(const DispatchTable& table, void* self, DISPID id, WORD flags, DISPPARAMS* parameters,
                      VARIANT* result, EXCEPINFO* exception, UINT* argumentError);
 
+// Returns a dispatch-level failure, clearing the thread's error info: a client that asks for it
+// after such a failure would otherwise read an earlier call's.
+HRESULT Refuse(HRESULT failure);
+
 }  // namespace orbex::com

@@ -38,19 +38,29 @@ template <class Element, class Convert>
 BoundedArray<Element> ReadVector(SAFEARRAY* array, Convert convert) {
     BoundedArray<Element> out;
     if (!array || SafeArrayGetDim(array) != 1) return out;
-    LONG lower = 0, upper = -1;
-    SafeArrayGetLBound(array, 1, &lower);
-    SafeArrayGetUBound(array, 1, &upper);
-    out.lower = lower;
-    out.items.reserve(upper >= lower ? static_cast<std::size_t>(upper - lower + 1) : 0);
+    // The count from the descriptor: at the ends of the LONG range upper - lower + 1 does not fit.
+    const SAFEARRAYBOUND bound = array->rgsabound[0];
+    out.lower = bound.lLbound;
+    out.items.reserve(bound.cElements);
     void* data = nullptr;
     if (FAILED(SafeArrayAccessData(array, &data))) return out;
-    for (LONG index = 0; index <= upper - lower; ++index) out.items.push_back(convert(data, index));
+    for (ULONG index = 0; index < bound.cElements; ++index) out.items.push_back(convert(data, static_cast<LONG>(index)));
     SafeArrayUnaccessData(array);
     return out;
 }
 
 }  // namespace
+
+bool IsSoundDecimal(const VARIANT* value) {
+    if ((V_VT(value) & VT_TYPEMASK) != VT_DECIMAL || (V_VT(value) & VT_ARRAY)) return true;
+    const DECIMAL* decimal = (V_VT(value) & VT_BYREF) ? V_DECIMALREF(value) : &V_DECIMAL(value);
+    return !decimal || (decimal->scale <= 28 && (decimal->sign & ~DECIMAL_NEG) == 0);
+}
+
+HRESULT ChangeType(VARIANT* out, const VARIANT* in, VARTYPE type) {
+    if (!IsSoundDecimal(in)) return DISP_E_TYPEMISMATCH;
+    return VariantChangeType(out, const_cast<VARIANT*>(in), 0, type);
+}
 
 String ToString(BSTR text) { return text ? String(text, SysStringLen(text)) : String(); }
 
@@ -66,7 +76,7 @@ StringArray ToStringArray(SAFEARRAY* array) {
     if (type == VT_VARIANT) {
         return ReadVector<String>(array, [](void* data, LONG i) {
             UniqueVariant text;
-            if (FAILED(VariantChangeType(text.get(), static_cast<VARIANT*>(data) + i, 0, VT_BSTR))) return String();
+            if (FAILED(ChangeType(text.get(), static_cast<VARIANT*>(data) + i, VT_BSTR))) return String();
             return ToString(V_BSTR(text.get()));
         });
     }
@@ -132,7 +142,7 @@ Variant ToValue(const VARIANT& value) {
     case VT_DECIMAL: {
         // Wider integers than a client's language has arrive as the nearest Double.
         UniqueVariant number;
-        if (FAILED(VariantChangeType(number.get(), const_cast<VARIANT*>(v), 0, VT_R8))) return Opaque{};
+        if (FAILED(ChangeType(number.get(), v, VT_R8))) return Opaque{};
         return V_R8(number.get());
     }
     default: return Opaque{};

@@ -6,6 +6,12 @@
 
 namespace orbex::com {
 
+// VariantChangeType for a value a client made. A DECIMAL with a scale above 28 or a sign other
+// than 0 or negative is no number at all and is refused as a type mismatch: Wine's conversions
+// jump to nowhere on one.
+HRESULT ChangeType(VARIANT* out, const VARIANT* in, VARTYPE type);
+bool IsSoundDecimal(const VARIANT* value);
+
 String ToString(BSTR text);
 // The text read in place, for a member that only reads it during the call.
 inline StringView ToView(BSTR text) { return text ? StringView(text, SysStringLen(text)) : StringView(); }

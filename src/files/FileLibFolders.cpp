@@ -114,7 +114,9 @@ String FileLib::GetSpecialFolder(vqSpecialFolder specialFolder, Boolean createIf
 }
 
 Currency FileLib::GetFolderSize(const String& folder, Boolean includeSubfolders) const {
-    String start = folder;
+    // The folder as the platform reads it, up to any NUL: the sub-folders' paths are built from
+    // it, and a text going on after a NUL would have each of them name this folder again.
+    String start = folder.substr(0, folder.find(L'\0'));
     if (start.empty() || start.back() != L'\\') start += L'\\';
     SizeScan scan{isTrue(includeSubfolders), Currency{}};
     ScanFolder(start, scan);

@@ -11,6 +11,9 @@
 
 #include <bit>
 #include <cstddef>
+#include <cstring>
+#include <initializer_list>
+#include <utility>
 #include <type_traits>
 
 namespace orbex::platform {
@@ -89,12 +92,84 @@ struct Forward<R (*)(P...)> {
     }
 };
 
-const Api kReal = {
+// The plain forwarding entry for `Entry`, for a guard that passes its call on.
+template <auto Entry, auto Win32Function, class... P>
+auto forward(P... arguments) {
+    return Forward<std::remove_reference_t<decltype(std::declval<Api>().*Entry)>>::template entry<Win32Function>(
+        arguments...);
+}
+
+// Wine's narrow functions that carry a text as a counted wide string of at most 32,766
+// characters (the profile functions, RegConnectRegistryA) crash on a longer one instead of
+// failing; here such a call fails as the function does when it finds nothing, cannot write, or
+// cannot reach the machine.
+bool TooLongForWine(std::initializer_list<const char*> texts) {
+    constexpr std::size_t Longest = 32766;
+    for (const char* text : texts)
+        if (text && strnlen(text, Longest + 1) > Longest) return true;
+    return false;
+}
+
+Dword GetPrivateProfileIntGuarded(const char* section, const char* key, std::int32_t defaultValue,
+                                  const char* file) {
+    if (TooLongForWine({section, key, file})) return static_cast<Dword>(defaultValue);
+    return forward<&Api::GetPrivateProfileIntA, &::GetPrivateProfileIntA>(section, key, defaultValue, file);
+}
+
+Dword GetPrivateProfileStringGuarded(const char* section, const char* key, const char* defaultText, char* buffer,
+                                     Dword size, const char* file) {
+    if (TooLongForWine({section, key, defaultText, file})) {
+        if (buffer && size) buffer[0] = '\0';
+        return 0;
+    }
+    return forward<&Api::GetPrivateProfileStringA, &::GetPrivateProfileStringA>(section, key, defaultText, buffer,
+                                                                               size, file);
+}
+
+Bool WritePrivateProfileStringGuarded(const char* section, const char* key, const char* value, const char* file) {
+    if (TooLongForWine({section, key, value, file})) return 0;
+    return forward<&Api::WritePrivateProfileStringA, &::WritePrivateProfileStringA>(section, key, value, file);
+}
+
+Dword GetPrivateProfileSectionGuarded(const char* section, char* buffer, Dword size, const char* file) {
+    if (TooLongForWine({section, file})) {
+        for (Dword i = 0; i < size && i < 2; ++i) buffer[i] = '\0';
+        return 0;
+    }
+    return forward<&Api::GetPrivateProfileSectionA, &::GetPrivateProfileSectionA>(section, buffer, size, file);
+}
+
+// The section's text is a list of NUL-terminated lines; each line is one profile text.
+Bool WritePrivateProfileSectionGuarded(const char* section, const char* data, const char* file) {
+    if (TooLongForWine({section, file})) return 0;
+    for (const char* line = data; line && *line; line += std::strlen(line) + 1)
+        if (TooLongForWine({line})) return 0;
+    return forward<&Api::WritePrivateProfileSectionA, &::WritePrivateProfileSectionA>(section, data, file);
+}
+
+Status RegConnectRegistryGuarded(const char* machine, Handle key, Handle* result) {
+    constexpr Status BadNetworkPath = 53;
+    if (TooLongForWine({machine})) return BadNetworkPath;
+    return forward<&Api::RegConnectRegistryA, &::RegConnectRegistryA>(machine, key, result);
+}
+
+Api MakeReal() {
+    Api real = {
 #define ORBEX_REAL_ENTRY(result, name, parameters) \
     .name = &Forward<decltype(Api::name)>::template entry<&::name>,
-    ORBEX_PLATFORM_FUNCTIONS(ORBEX_REAL_ENTRY)
+        ORBEX_PLATFORM_FUNCTIONS(ORBEX_REAL_ENTRY)
 #undef ORBEX_REAL_ENTRY
-};
+    };
+    real.RegConnectRegistryA = &RegConnectRegistryGuarded;
+    real.GetPrivateProfileIntA = &GetPrivateProfileIntGuarded;
+    real.GetPrivateProfileStringA = &GetPrivateProfileStringGuarded;
+    real.WritePrivateProfileStringA = &WritePrivateProfileStringGuarded;
+    real.GetPrivateProfileSectionA = &GetPrivateProfileSectionGuarded;
+    real.WritePrivateProfileSectionA = &WritePrivateProfileSectionGuarded;
+    return real;
+}
+
+const Api kReal = MakeReal();
 
 Api gCurrent = kReal;
 

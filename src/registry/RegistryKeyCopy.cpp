@@ -29,9 +29,14 @@ String Lowered(const String& text) {
     return out;
 }
 
-// A key path as the registry resolves it: trailing backslashes name the same key.
+// A key path as the registry resolves it: the platform reads it only up to a NUL, and runs of
+// backslashes and trailing ones name the same key.
 String Canonical(const String& path) {
-    String out = Lowered(path);
+    String out;
+    for (wchar_t c : Lowered(path.substr(0, path.find(L'\0')))) {
+        if (c == L'\\' && !out.empty() && out.back() == L'\\') continue;
+        out.push_back(c);
+    }
     while (!out.empty() && out.back() == L'\\') out.pop_back();
     return out;
 }

@@ -112,7 +112,9 @@ bool RegistryKey::ConnectAndOpen(bool writeable, bool create) {
         lastError_ = api.RegOpenKeyExA(ToPlatform(rootKey_), path.c_str(), 0,
                                        writeable ? WriteMask : ReadMask, &opened);
     }
-    subKeyPath_ = FromAnsi(path);
+    // The path as the platform read it, up to any NUL: what follows a NUL would otherwise reach
+    // the paths of this key's sub-keys, and those would open this key again.
+    subKeyPath_ = FromAnsi(path.c_str());
     if (lastError_ == 0) keyHandle_ = FromPlatform(opened);
     return IsValidHandle(keyHandle_);
 }

@@ -101,6 +101,9 @@ TEST(FileLibFolders, GetFolderSizeTakesTheLowWordSigned) {
     EXPECT_EQ(Bytes(lib.GetFolderSize(L"X:\\Big\\", False)), -1073741824LL + 5);
     EXPECT_EQ(fake.patterns.back(), "X:\\Big\\*.*");
     EXPECT_EQ(Bytes(lib.GetFolderSize(L"X:\\Missing")), 0);
+    // The platform reads a path up to a NUL; the scan must not go on below what follows it.
+    EXPECT_EQ(Bytes(lib.GetFolderSize(String(L"X:\\Big\0tail", 11), False)), -1073741824LL + 5);
+    EXPECT_EQ(fake.patterns.back(), "X:\\Big\\*.*");
 }
 
 TEST(FileLibFolders, GetFolderSizeBeyondCurrencyOverflows) {

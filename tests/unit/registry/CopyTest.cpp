@@ -86,16 +86,20 @@ TEST_F(Copying, CopyAndRenameCarryTheWholeTree) {
 }
 
 TEST_F(Copying, RefusalsKeepTheSource) {
-    const struct { const char* receiver; const wchar_t* name; } rows[] = {
+    const struct { const char* receiver; String name; } rows[] = {
         {"Source", L"\\Software\\OrbexTest\\Copy\\Source"},     // the source itself
         {"Source", L"\\software\\orbextest\\copy\\source\\x"},  // below it, in other case
         {"Source", L"Child\\Copy"},                             // relative, with a backslash
         {"Source\\Child", L"\\Software\\OrbexTest\\Copy\\Source\\Child\\"},
+        // As the platform reads them: up to a NUL, and a run of backslashes as one.
+        {"Source", String(L"Source\0tail", 11)},
+        {"Source", L"\\Software\\OrbexTest\\Copy\\\\Source\\x"},
     };
     for (const auto& row : rows) {
         auto source = Open(row.receiver);
-        EXPECT_EQ(std::get<0>(FailureOf([&] { source->CopySubKey(row.name); })), vqInvalidArgument) << row.name;
-        EXPECT_EQ(std::get<0>(FailureOf([&] { source->RenameSubKey(row.name); })), vqInvalidArgument) << row.name;
+        const std::string shown = ::testing::PrintToString(row.name);
+        EXPECT_EQ(std::get<0>(FailureOf([&] { source->CopySubKey(row.name); })), vqInvalidArgument) << shown;
+        EXPECT_EQ(std::get<0>(FailureOf([&] { source->RenameSubKey(row.name); })), vqInvalidArgument) << shown;
     }
     auto source = Open("Source");
     auto child = source->OpenSubKey(L"Child", True);
@@ -117,6 +121,17 @@ TEST_F(Copying, RefusalsKeepTheSource) {
         EXPECT_EQ(std::get<0>(FailureOf([&] { source->RenameValue(L"bin", L"moved"); })), vqInvalidOperation);
     }
     EXPECT_EQ(Below("Source"), original_);
+}
+
+// A key keeps the path the platform opened, which ends at a NUL in the name: the paths of its
+// sub-keys are built from it, and would otherwise open the key itself again, without end.
+TEST_F(Copying, AKeyPathEndsAtANul) {
+    auto base = RegLib().CurrentUser()->OpenSubKey(Wide(kBase), True);
+    auto source = base->OpenSubKey(String(L"Source\0tail", 11), True);
+    ASSERT_NE(source, nullptr);
+    EXPECT_EQ(source->Name(), L"HKEY_CURRENT_USER\\" + Wide(kBase) + L"\\Source");
+    source->DeleteSubKeyTree(String(L"Child\0tail", 10));
+    EXPECT_TRUE(Below("Source\\Child").empty());
 }
 
 TEST_F(Copying, TheSharedHandleIsClosedOnceWhicheverGoesFirst) {
