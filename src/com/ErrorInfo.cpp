@@ -48,16 +48,16 @@ void SetInfo(REFIID interfaceId, const wchar_t* source, const wchar_t* descripti
 
 }  // namespace
 
-HRESULT Report(const RaisedError& error, REFIID interfaceId) {
-    String source = error.Source;
-    String description = error.Description;
-    if (source.empty() && description.empty()) {
+HRESULT Report(const RaisedError& error, REFIID interfaceId) noexcept {
+    const wchar_t* source = error.Source.c_str();
+    const wchar_t* description = error.Description.c_str();
+    if (error.Source.empty() && error.Description.empty()) {
         if (const wchar_t* standard = RunTimeDescription(error.Number)) {
             source = L"Orbex";
             description = standard;
         }
     }
-    SetInfo(interfaceId, source.c_str(), description.c_str());
+    SetInfo(interfaceId, source, description);
     return HresultFor(error.Number);
 }
 

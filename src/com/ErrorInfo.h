@@ -14,8 +14,9 @@ namespace orbex::com {
 // code field of the control facility (0x800A0000 + n), which script hosts read back as n.
 HRESULT HresultFor(Long number);
 
-// Sets the thread's error info for the failure and returns its HRESULT.
-HRESULT Report(const RaisedError& error, REFIID interfaceId);
+// Sets the thread's error info for the failure and returns its HRESULT. It allocates nothing of
+// its own, so it cannot throw from the catch handler of a noexcept guard.
+HRESULT Report(const RaisedError& error, REFIID interfaceId) noexcept;
 
 // Sets the thread's error info for a failure that is not the member's own (E_OUTOFMEMORY,
 // E_UNEXPECTED), in the environment's words, and returns it.
