@@ -8,17 +8,8 @@
 #include <utility>
 
 namespace orbex::com {
-namespace {
 
-// Where a member's value lives inside a VARIANT: the union after the type word.
-void* payload(VARIANT* value) { return &V_UI1(value); }
-
-const VARIANT* dereference(const VARIANT* value) {
-    while (V_VT(value) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(value)) value = V_VARIANTREF(value);
-    return value;
-}
-
-bool isValidType(VARTYPE type) {
+bool IsVariantType(VARTYPE type) {
     const VARTYPE flags = type & ~VT_TYPEMASK;
     if (flags & ~(VT_BYREF | VT_ARRAY)) return false;
     switch (type & VT_TYPEMASK) {
@@ -32,13 +23,23 @@ bool isValidType(VARTYPE type) {
     }
 }
 
+namespace {
+
+// Where a member's value lives inside a VARIANT: the union after the type word.
+void* payload(VARIANT* value) { return &V_UI1(value); }
+
+const VARIANT* dereference(const VARIANT* value) {
+    while (V_VT(value) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(value)) value = V_VARIANTREF(value);
+    return value;
+}
+
 // Whether a caller's argument can be read at all: a type a VARIANT may hold, references that
 // point somewhere, and an array whose elements are what its tag says. Nothing below this
 // (the Automation conversions, the members) survives a broken one.
 HRESULT readable(const VARIANT* value) {
     for (int level = 0; level < 4; ++level) {
         const VARTYPE type = V_VT(value);
-        if (!isValidType(type)) return DISP_E_BADVARTYPE;
+        if (!IsVariantType(type)) return DISP_E_BADVARTYPE;
         if (((type & VT_BYREF) && !V_BYREF(value)) || !IsSoundDecimal(value)) return DISP_E_TYPEMISMATCH;
         if (type == (VT_BYREF | VT_VARIANT)) {
             value = V_VARIANTREF(value);

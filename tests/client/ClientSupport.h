@@ -4,6 +4,7 @@
 #include <windows.h>
 #include <oleauto.h>
 
+#include "ComOwners.h"
 #include "Orbex_h.h"
 
 #include <gtest/gtest.h>
@@ -12,27 +13,6 @@
 #include <string>
 
 namespace orbex::client {
-
-// An owned interface pointer.
-template <class T>
-struct Ref {
-    T* p = nullptr;
-    Ref() = default;
-    Ref(Ref&& other) noexcept : p(other.p) { other.p = nullptr; }
-    Ref(const Ref&) = delete;
-    Ref& operator=(const Ref&) = delete;
-    ~Ref() { if (p) p->Release(); }
-    T** put() { if (p) p->Release(); p = nullptr; return &p; }
-    T* operator->() const { return p; }
-    T* get() const { return p; }
-};
-
-struct Variant : VARIANT {
-    Variant() { VariantInit(this); }
-    ~Variant() { VariantClear(this); }
-    Variant(const Variant&) = delete;
-    Variant& operator=(const Variant&) = delete;
-};
 
 inline std::wstring Text(BSTR text) { return text ? std::wstring(text, SysStringLen(text)) : std::wstring(); }
 

@@ -1,5 +1,7 @@
 #include "Arguments.h"
 
+#include "com/Invoke.h"
+
 #include <climits>
 #include <cstring>
 #include <limits>
@@ -33,37 +35,22 @@ VARIANT make(VARTYPE type) {
 
 }  // namespace
 
-bool IsClearable(VARTYPE type) {
-    const VARTYPE base = type & VT_TYPEMASK;
-    const VARTYPE flags = type & ~VT_TYPEMASK;
-    if (flags & ~(VT_BYREF | VT_ARRAY)) return false;
-    switch (base) {
-    case VT_EMPTY: case VT_NULL: return flags == 0;
-    case VT_VARIANT: return flags != 0;
-    case VT_I2: case VT_I4: case VT_R4: case VT_R8: case VT_CY: case VT_DATE: case VT_BSTR: case VT_DISPATCH:
-    case VT_ERROR: case VT_BOOL: case VT_UNKNOWN: case VT_DECIMAL: case VT_I1: case VT_UI1: case VT_UI2:
-    case VT_UI4: case VT_I8: case VT_UI8: case VT_INT: case VT_UINT:
-        return true;
-    default: return false;
-    }
-}
-
 Arguments::~Arguments() {
     for (VARIANT& value : topLevel_)
-        if (!(V_VT(&value) & VT_BYREF) && IsClearable(V_VT(&value))) VariantClear(&value);
+        if (!(V_VT(&value) & VT_BYREF) && com::IsVariantType(V_VT(&value))) VariantClear(&value);
     for (size_t i = 0; i < storage_.size(); ++i)
-        if (IsClearable(V_VT(&storage_[i]))) VariantClear(&storage_[i]);
+        if (com::IsVariantType(V_VT(&storage_[i]))) VariantClear(&storage_[i]);
 }
 
 VARIANT* Arguments::box(const VARIANT& value) {
     storage_.push_back(value);
-    storageValid_.push_back(IsClearable(V_VT(&value)));
+    storageValid_.push_back(com::IsVariantType(V_VT(&value)));
     return &storage_.back();
 }
 
 bool Arguments::referencesValid(std::string* problem) const {
     for (size_t i = 0; i < storage_.size(); ++i) {
-        if (storageValid_[i] && !IsClearable(V_VT(&storage_[i])) && V_VT(&storage_[i]) != VT_DECIMAL) {
+        if (storageValid_[i] && !com::IsVariantType(V_VT(&storage_[i])) && V_VT(&storage_[i]) != VT_DECIMAL) {
             *problem = "a variable passed by reference came back with type " + std::to_string(V_VT(&storage_[i]));
             return false;
         }
@@ -216,7 +203,7 @@ VARIANT Arguments::confinedText(Confined confined) {
 }
 
 VARIANT Arguments::byReference(const VARIANT& value) {
-    if (random_.percent(50) && (V_VT(&value) & ~VT_TYPEMASK) != VT_BYREF && IsClearable(V_VT(&value))) {
+    if (random_.percent(50) && (V_VT(&value) & ~VT_TYPEMASK) != VT_BYREF && com::IsVariantType(V_VT(&value))) {
         VARIANT* slot = box(value);
         VARIANT typed = make(static_cast<VARTYPE>(VT_BYREF | V_VT(&value)));
         V_BYREF(&typed) = V_VT(&value) == VT_DECIMAL ? static_cast<void*>(&V_DECIMAL(slot)) : payload(slot);

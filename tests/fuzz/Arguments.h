@@ -54,7 +54,4 @@ private:
     std::vector<VARIANT> topLevel_;
 };
 
-// Whether a VARIANT's type is one that VariantClear can free.
-bool IsClearable(VARTYPE type);
-
 }  // namespace orbex::fuzz

@@ -12,6 +12,7 @@
 
 #include "com/Catalogue.h"
 #include "com/ClassFactory.h"
+#include "com/Invoke.h"
 
 #include <algorithm>
 #include <atomic>
@@ -443,7 +444,7 @@ void Fuzzer::call(std::uint64_t index) {
 
     std::string problem;
     if (!arguments.referencesValid(&problem)) Fail("invalid by-reference variable", problem);
-    if (!IsClearable(V_VT(&result)) && V_VT(&result) != VT_EMPTY)
+    if (!orbex::com::IsVariantType(V_VT(&result)) && V_VT(&result) != VT_EMPTY)
         Fail("invalid result", "type " + std::to_string(V_VT(&result)));
     if (V_VT(&result) == VT_DISPATCH && V_DISPATCH(&result)) {
         V_DISPATCH(&result)->AddRef();

@@ -7,6 +7,7 @@
 #include <windows.h>
 #include <oleauto.h>
 
+#include "ComOwners.h"
 #include "Orbex_h.h"
 
 #include <gtest/gtest.h>
@@ -17,18 +18,8 @@
 
 namespace {
 
-template <class T>
-struct Ref {
-    T* p = nullptr;
-    Ref() = default;
-    Ref(const Ref&) = delete;
-    Ref& operator=(const Ref&) = delete;
-    ~Ref() { if (p) p->Release(); }
-    T** put() { if (p) p->Release(); p = nullptr; return &p; }
-    void** putVoid() { return reinterpret_cast<void**>(put()); }
-    T* operator->() const { return p; }
-    T* get() const { return p; }
-};
+using orbex::client::Ref;
+using orbex::client::Variant;
 
 struct Bstr {
     BSTR p = nullptr;
@@ -38,13 +29,6 @@ struct Bstr {
     Bstr& operator=(const Bstr&) = delete;
     ~Bstr() { SysFreeString(p); }
     std::wstring text() const { return p ? std::wstring(p, SysStringLen(p)) : std::wstring(); }
-};
-
-struct Variant : VARIANT {
-    Variant() { VariantInit(this); }
-    ~Variant() { VariantClear(this); }
-    Variant(const Variant&) = delete;
-    Variant& operator=(const Variant&) = delete;
 };
 
 std::wstring GuidText(const GUID& guid) {

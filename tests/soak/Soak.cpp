@@ -5,6 +5,7 @@
 #include <windows.h>
 #include <oleauto.h>
 
+#include "ComOwners.h"
 #include "Orbex_h.h"
 #include "ProcessFigures.h"
 
@@ -16,6 +17,9 @@
 #include <vector>
 
 namespace {
+
+using orbex::client::Ref;
+using orbex::client::Variant;
 
 // Private memory may grow by this much over a whole run: the heap keeps some of what it was
 // given in its free lists, and Wine's type-library marshaler and OLE caches settle after a
@@ -32,17 +36,6 @@ void Check(HRESULT hr, const char* what) {
     }
 }
 
-template <class T>
-struct Ref {
-    T* p = nullptr;
-    Ref() = default;
-    Ref(const Ref&) = delete;
-    Ref& operator=(const Ref&) = delete;
-    ~Ref() { if (p) p->Release(); }
-    T** put() { if (p) p->Release(); p = nullptr; return &p; }
-    T* operator->() const { return p; }
-};
-
 struct Bstr {
     BSTR text = nullptr;
     Bstr() = default;
@@ -54,13 +47,6 @@ struct Bstr {
     operator BSTR() const { return text; }
 };
 
-struct Var : VARIANT {
-    Var() { VariantInit(this); }
-    Var(const Var&) = delete;
-    Var& operator=(const Var&) = delete;
-    ~Var() { VariantClear(this); }
-    VARIANT* put() { VariantClear(this); return this; }
-};
 
 struct Array {
     SAFEARRAY* array = nullptr;
@@ -157,7 +143,7 @@ void FreeAndCreateAgain(int count) {
     for (int i = 0; i < count; ++i) {
         Ref<IDispatch> system;
         Create(CLSID_SystemLib, IID_IDispatch, system);
-        Var name;
+        Variant name;
         EXCEPINFO exception{};
         Check(Call(system.p, L"ComputerName", DISPATCH_PROPERTYGET, {}, name.put(), &exception), "Invoke ComputerName");
         system.put();
@@ -214,7 +200,7 @@ void RegistryWork(const Places& places, _RegistryKey* base) {
     Ref<_RegistryKey> key;
     Check(base->CreateSubKey(Bstr(L"values"), key.put()), "RegistryKey.CreateSubKey");
 
-    Var text, number, bytes, lines;
+    Variant text, number, bytes, lines;
     V_VT(&text) = VT_BSTR, V_BSTR(&text) = SysAllocString(L"%SystemRoot%\\soak");
     V_VT(&number) = VT_I4, V_I4(&number) = 123456;
     SAFEARRAYBOUND sixteen{16, 0}, three{3, 0};
@@ -235,7 +221,7 @@ void RegistryWork(const Places& places, _RegistryKey* base) {
     for (const auto& value : values) {
         const Bstr name(value.name);
         Check(key->SetValue(name, *value.value, value.type), "RegistryKey.SetValue");
-        Var read;
+        Variant read;
         Check(key->GetValue(name, Missing(), VARIANT_TRUE, read.put()), "RegistryKey.GetValue");
         LONG type = 0;
         Check(key->GetValueEx(name, &type, Missing(), VARIANT_FALSE, read.put()), "RegistryKey.GetValueEx");
@@ -267,7 +253,7 @@ void RegistryWork(const Places& places, _RegistryKey* base) {
     Check(base->DeleteSubKeyTree(Bstr(L"other"), VARIANT_FALSE), "RegistryKey.DeleteSubKeyTree");
 
     // Through IDispatch, the way a script reads and writes.
-    Var result;
+    Variant result;
     EXCEPINFO exception{};
     Bstr valueName(L"dispatch");
     VARIANT name;
@@ -299,7 +285,7 @@ void ErrorWork(_RegistryKey* base) {
     Bstr longName(tooLong);
     VARIANT name;
     V_VT(&name) = VT_BSTR, V_BSTR(&name) = longName;
-    Var result;
+    Variant result;
     EXCEPINFO exception{};
     if (Call(base, L"CreateSubKey", DISPATCH_METHOD, {name}, result.put(), &exception) != DISP_E_EXCEPTION)
         Fail("CreateSubKey with a long name did not raise");
@@ -329,7 +315,7 @@ void ErrorWork(_RegistryKey* base) {
     Bstr notNumber(L"not a number");
     VARIANT wrong;
     V_VT(&wrong) = VT_BSTR, V_BSTR(&wrong) = notNumber;
-    Var missing;
+    Variant missing;
     const HRESULT hr = Call(base, L"SetValue", DISPATCH_METHOD, {name, missing, wrong}, nullptr, &exception);
     if (hr != DISP_E_TYPEMISMATCH) Fail("a text for ValueType was not refused");
     SysFreeString(exception.bstrSource);
@@ -341,10 +327,10 @@ void IniWork(const Places& places) {
     Ref<_INILib> ini;
     Create(CLSID_INILib, IID__INILib, ini);
     const Bstr file(places.iniFile), section(L"soak"), other(L"other"), key(L"name"), empty;
-    Var value;
+    Variant value;
     V_VT(&value) = VT_BSTR, V_BSTR(&value) = SysAllocString(L"value");
     Check(ini->WriteValue(section, key, value, file), "INILib.WriteValue");
-    Var number;
+    Variant number;
     V_VT(&number) = VT_I4, V_I4(&number) = 42;
     Check(ini->WriteValue(section, Bstr(L"number"), number, file), "INILib.WriteValue");
     Bstr defaultText, text;
@@ -435,7 +421,7 @@ void SystemWork() {
     Check(system->get_ScreenInfo(screen.put()), "SystemLib.ScreenInfo");
     short pixels = 0;
     Check(screen->get_HorizontalResolution(&pixels), "ScreenInfo.HorizontalResolution");
-    Var object, result;
+    Variant object, result;
     EXCEPINFO exception{};
     Check(Call(system.p, L"OSInfo", DISPATCH_PROPERTYGET, {}, object.put(), &exception), "Invoke OSInfo");
     Check(Call(V_DISPATCH(&object), L"VersionName", DISPATCH_PROPERTYGET, {}, result.put(), &exception),
