@@ -5,6 +5,8 @@
 #include <windows.h>
 #include <oleauto.h>
 
+#include "ComOwners.h"
+
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -55,26 +57,8 @@ IDispatch* CreateByProgId(const wchar_t* progId);
 // IDispatch::GetIDsOfNames for one name.
 DISPID DispatchId(IDispatch* object, const wchar_t* name);
 
-// An owned interface pointer.
-template <class T>
-struct Ref {
-    T* p = nullptr;
-    Ref() = default;
-    explicit Ref(T* raw) : p(raw) {}
-    Ref(Ref&& other) noexcept : p(other.p) { other.p = nullptr; }
-    Ref& operator=(Ref&& other) noexcept { std::swap(p, other.p); return *this; }
-    ~Ref() { if (p) p->Release(); }
-    T** put() { if (p) p->Release(); p = nullptr; return &p; }
-    T* operator->() const { return p; }
-    T* get() const { return p; }
-};
-
-struct Variant : VARIANT {
-    Variant() { VariantInit(this); }
-    ~Variant() { VariantClear(this); }
-    Variant(const Variant&) = delete;
-    Variant& operator=(const Variant&) = delete;
-};
+using orbex::client::Ref;
+using orbex::client::Variant;
 
 // A BSTR for the length of a call.
 struct Bstr {

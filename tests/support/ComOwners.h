@@ -1,8 +1,10 @@
 // Owners for what the test programs hold of COM: an interface pointer and a VARIANT, each
-// released when it goes out of scope. Shared by the client, soak and registration-free programs.
+// released when it goes out of scope. Shared by the test programs and the benchmarks.
 #pragma once
 #include <windows.h>
 #include <oleauto.h>
+
+#include <utility>
 
 namespace orbex::client {
 
@@ -11,9 +13,9 @@ template <class T>
 struct Ref {
     T* p = nullptr;
     Ref() = default;
+    explicit Ref(T* adopted) : p(adopted) {}
     Ref(Ref&& other) noexcept : p(other.p) { other.p = nullptr; }
-    Ref(const Ref&) = delete;
-    Ref& operator=(const Ref&) = delete;
+    Ref& operator=(Ref&& other) noexcept { std::swap(p, other.p); return *this; }
     ~Ref() { if (p) p->Release(); }
     T** put() { if (p) p->Release(); p = nullptr; return &p; }
     void** putVoid() { return reinterpret_cast<void**>(put()); }
